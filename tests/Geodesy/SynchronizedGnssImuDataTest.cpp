@@ -32,23 +32,27 @@ SynchronizedGnssImuData sample()
 
 // Latitude and longitude are 0.5 and -0.25 rad in degrees, rounded to 18 decimals by an
 // independent tool; the velocity covariance is the default one.
-const std::string sampleReport = "GPS TIME:----------------------------------------------------- \n"
-                                 "Week seconds [s]: +345600.500000000000000000\n"
-                                 "Week number: +2086\n"
-                                 "GNSS:----------------------------------------------------- \n"
-                                 "Latitude [deg]: +28.647889756541161432\n"
-                                 "Longitude [deg]: -14.323944878270580716\n"
-                                 "Height [m]: -123.250000000000000000\n"
-                                 "Velocity [m.s^-1]: (+1.500000000000000000, -2.250000000000000000, +0.000000000000000000)\n"
-                                 "Covariance Position {xx; xy; xz; yy; yz; zz}: {+0.500000000000000000 "
-                                 "-0.250000000000000000 +0.125000000000000000 +2.000000000000000000 "
-                                 "+3.500000000000000000 +4.000000000000000000}\n"
-                                 "Covariance Velocity {xx; xy; xz; yy; yz; zz}: {+0.010000000000000000 "
-                                 "+0.000000000000000000 +0.000000000000000000 +0.010000000000000000 "
-                                 "+0.000000000000000000 +0.010000000000000000}\n"
-                                 "IMU:----------------------------------------------------- \n"
-                                 "Specific forces [m.s^-2]: (+0.250000000000000000, -9.750000000000000000, +0.500000000000000000)\n"
-                                 "Angular rates [rad.s^-1]: (+0.062500000000000000, -0.125000000000000000, +0.000000000000000000)\n";
+const std::string sampleReport =
+    "GPS TIME:----------------------------------------------------- \n"
+    "Week seconds [s]: +345600.500000000000000000\n"
+    "Week number: +2086\n"
+    "GNSS:----------------------------------------------------- \n"
+    "Latitude [deg]: +28.647889756541161432\n"
+    "Longitude [deg]: -14.323944878270580716\n"
+    "Height [m]: -123.250000000000000000\n"
+    "Velocity [m.s^-1]: (+1.500000000000000000, -2.250000000000000000, "
+    "+0.000000000000000000)\n"
+    "Covariance Position {xx; xy; xz; yy; yz; zz}: {+0.500000000000000000 "
+    "-0.250000000000000000 +0.125000000000000000 +2.000000000000000000 "
+    "+3.500000000000000000 +4.000000000000000000}\n"
+    "Covariance Velocity {xx; xy; xz; yy; yz; zz}: {+0.010000000000000000 "
+    "+0.000000000000000000 +0.000000000000000000 +0.010000000000000000 "
+    "+0.000000000000000000 +0.010000000000000000}\n"
+    "IMU:----------------------------------------------------- \n"
+    "Specific forces [m.s^-2]: (+0.250000000000000000, -9.750000000000000000, "
+    "+0.500000000000000000)\n"
+    "Angular rates [rad.s^-1]: (+0.062500000000000000, -0.125000000000000000, "
+    "+0.000000000000000000)\n";
 
 TEST(SynchronizedGnssImuData, ReportOmitsAbsentReadingsAndLeavesTheFormatSet)
 {
@@ -76,7 +80,8 @@ TEST(SynchronizedGnssImuData, ReportAddsMagnetometerAndAttitudeWhenPresent)
 
 TEST(SynchronizedGnssImuData, ReportAssertsNormalOrZeroSecondsAndStillPrints)
 {
-    const std::string check = "std::isnormal( syncData.gpsTime.secondsInWeek ) || syncData.gpsTime.secondsInWeek == 0.0";
+    const std::string check =
+        "std::isnormal( syncData.gpsTime.secondsInWeek ) || syncData.gpsTime.secondsInWeek == 0.0";
     for (const double seconds : {0.0, -0.0, std::nan(""), std::numeric_limits<double>::infinity(), 5e-324}) {
         AssertionRecorder recorder;
         SynchronizedGnssImuData data = sample();

@@ -43,7 +43,8 @@ TEST(SynchronizedLidarData, DefaultsAndConstructorArguments)
     EXPECT_EQ(std::bit_cast<std::uint64_t>(unset.measuredValue), 0x7ff0000000000001u);
     EXPECT_FALSE(unset.optionalIndex || unset.echoPulseInformation);
 
-    const SynchronizedLidarData set({}, {}, {}, GPSTime(7.5, 2086u), 8.5, 9u, 10u, 11u, EchoPulseInformation{12, 13, 14});
+    const SynchronizedLidarData set({}, {}, {}, GPSTime(7.5, 2086u), 8.5, 9u, 10u, 11u,
+                                    EchoPulseInformation{12, 13, 14});
     EXPECT_EQ(set.gpsTime.weekNumber, 2086u);
     EXPECT_EQ(set.measuredValue, 8.5);
     EXPECT_EQ(std::vector<std::uint32_t>({set.firstIndex, set.secondIndex, *set.optionalIndex}),

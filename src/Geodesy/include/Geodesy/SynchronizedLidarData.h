@@ -27,7 +27,8 @@ public:
     SynchronizedLidarData() = default;
     SynchronizedLidarData(const Maths::PositionVector3& targetVector, const LatLonHeight& position,
                           const Maths::EulerAngles& attitude, const GPSTime& gpsTime, double measuredValue,
-                          std::uint32_t firstIndex, std::uint32_t secondIndex, std::optional<std::uint32_t> optionalIndex,
+                          std::uint32_t firstIndex, std::uint32_t secondIndex,
+                          std::optional<std::uint32_t> optionalIndex,
                           std::optional<EchoPulseInformation> echoPulseInformation);
 
     /// The scan angle [rad] of matrix x targetVector (the matrix takes the scanner frame to
