@@ -11,5 +11,8 @@
 #include "Geodesy/FileIsEmptyException.h"
 #include "Geodesy/GNSS/CovarianceElements.h"
 #include "Geodesy/GNSS/GnssData.h"
+#include "Geodesy/GNSS/GnssDataProvider.h"
+#include "Geodesy/GNSS/GnssDataProviderFactory.h"
+#include "Geodesy/GNSS/RtkLibGnssDataProvider.h"
 #include "Geodesy/GPSTime.h"
 #include "Geodesy/LatLonHeight.h"
