@@ -21,9 +21,8 @@ bool isMoving(const GnssData& record, double velocityThreshold)
         || velocityThreshold <= std::abs(record.velocity.z);
 }
 
-} // namespace
-
-bool isRtkLibHeaderLine(std::string_view line)
+/// True for a header line: its first whitespace-delimited token is exactly "%".
+bool isHeaderLine(std::string_view line)
 {
     // The first token as `stream >> std::string` would give it (classic white space).
     constexpr std::string_view whitespace = " \t\n\v\f\r";
@@ -31,9 +30,11 @@ bool isRtkLibHeaderLine(std::string_view line)
     if (begin == std::string_view::npos) {
         return false;
     }
-    const auto end = line.find_first_of(whitespace, begin);
-    return line.substr(begin, end == std::string_view::npos ? end : end - begin) == "%";
+    // Without white space after it the token runs to the end: npos - begin still reaches it.
+    return line.substr(begin, line.find_first_of(whitespace, begin) - begin) == "%";
 }
+
+} // namespace
 
 std::optional<GnssData> parseRtkLibPosLine(std::string_view line)
 {
@@ -50,19 +51,13 @@ std::optional<GnssData> parseRtkLibPosLine(std::string_view line)
     double vn = 0.0, ve = 0.0, vu = 0.0;
     double sdvn = 0.0, sdve = 0.0, sdvu = 0.0, sdvne = 0.0, sdveu = 0.0, sdvun = 0.0;
 
-    // A failed read fails every later one, so checking once at the end rejects the same
-    // lines as checking after each group of columns.
+    // The groups of columns of a line, each of which must be read in full.
     StreamNumberScanner scanner(line);
-    scanner.read(week) && scanner.read(seconds);
-    scanner.read(latitude) && scanner.read(longitude) && scanner.read(height);
-    scanner.read(quality) && scanner.read(satellites);
-    scanner.read(sdn) && scanner.read(sde) && scanner.read(sdu) && scanner.read(sdne) && scanner.read(sdeu)
-        && scanner.read(sdun);
-    scanner.read(age) && scanner.read(ratio);
-    scanner.read(vn) && scanner.read(ve) && scanner.read(vu);
-    scanner.read(sdvn) && scanner.read(sdve) && scanner.read(sdvu) && scanner.read(sdvne) && scanner.read(sdveu)
-        && scanner.read(sdvun);
-    if (!scanner.ok()) {
+    const bool readOk = scanner.read(week, seconds) && scanner.read(latitude, longitude, height)
+                     && scanner.read(quality, satellites) && scanner.read(sdn, sde, sdu, sdne, sdeu, sdun)
+                     && scanner.read(age, ratio) && scanner.read(vn, ve, vu)
+                     && scanner.read(sdvn, sdve, sdvu, sdvne, sdveu, sdvun);
+    if (!readOk) {
         return std::nullopt;
     }
 
@@ -161,7 +156,7 @@ void RtkLibPosReader::skipHeader()
     while (true) {
         const auto lineStart = stream.tellg();
         const bool read = static_cast<bool>(std::getline(stream, line));
-        if (!read || !isRtkLibHeaderLine(line)) {
+        if (!read || !isHeaderLine(line)) {
             // Back to the start of the first line that is not a header line.
             stream.clear();
             stream.seekg(lineStart);

@@ -64,7 +64,4 @@ private:
 /// The record of one RTKLIB data line, or nothing when the line does not hold the 24 numbers.
 std::optional<GnssData> parseRtkLibPosLine(std::string_view line);
 
-/// True for a header line: its first whitespace-delimited token is exactly "%".
-bool isRtkLibHeaderLine(std::string_view line);
-
 } // namespace Kelvo::Geodesy::GNSS

@@ -31,6 +31,14 @@ public:
     /// overflows to infinity fails, one that underflows gives 0 or a subnormal.
     bool read(double& value);
 
+    /// Reads several numbers in order, as a chain of `>>`; false if any of them fails.
+    template <typename... Numbers>
+        requires(sizeof...(Numbers) > 1)
+    bool read(Numbers&... numbers)
+    {
+        return (read(numbers) && ...);
+    }
+
     /// False once a read has failed.
     bool ok() const { return !failed; }
 
