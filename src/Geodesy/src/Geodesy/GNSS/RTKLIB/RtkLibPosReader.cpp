@@ -1,0 +1,181 @@
+// SPDX-License-Identifier: MIT
+#include "RtkLibPosReader.h"
+
+#include "../FixedText.h"
+#include "Core/Logging/LoggingCallbackPrivate.h"
+#include "StreamNumberScanner.h"
+#include "Utils/CoreAssert.h"
+
+#include <cmath>
+#include <cstdint>
+#include <ios>
+#include <vector>
+
+namespace Kelvo::Geodesy::GNSS {
+namespace {
+
+/// Moving when any one velocity component reaches the threshold; equality counts.
+bool isMoving(const GnssData& record, double velocityThreshold)
+{
+    return velocityThreshold <= std::abs(record.velocity.x) || velocityThreshold <= std::abs(record.velocity.y)
+        || velocityThreshold <= std::abs(record.velocity.z);
+}
+
+/// True for a header line: its first whitespace-delimited token is exactly "%".
+bool isHeaderLine(std::string_view line)
+{
+    // The first token as `stream >> std::string` would give it (classic white space).
+    constexpr std::string_view whitespace = " \t\n\v\f\r";
+    const auto begin = line.find_first_not_of(whitespace);
+    if (begin == std::string_view::npos) {
+        return false;
+    }
+    // Without white space after it the token runs to the end: npos - begin still reaches it.
+    return line.substr(begin, line.find_first_of(whitespace, begin) - begin) == "%";
+}
+
+} // namespace
+
+std::optional<GnssData> parseRtkLibPosLine(std::string_view line)
+{
+    // The columns in file order; see the class comment for where each one goes.
+    std::uint64_t week = 0;
+    double seconds = 0.0;
+    double latitude = 0.0;
+    double longitude = 0.0;
+    double height = 0.0;
+    std::uint64_t quality = 0;
+    std::uint64_t satellites = 0;
+    double sdn = 0.0, sde = 0.0, sdu = 0.0, sdne = 0.0, sdeu = 0.0, sdun = 0.0;
+    double age = 0.0, ratio = 0.0;
+    double vn = 0.0, ve = 0.0, vu = 0.0;
+    double sdvn = 0.0, sdve = 0.0, sdvu = 0.0, sdvne = 0.0, sdveu = 0.0, sdvun = 0.0;
+
+    // The groups of columns of a line, each of which must be read in full.
+    StreamNumberScanner scanner(line);
+    const bool readOk = scanner.read(week, seconds) && scanner.read(latitude, longitude, height)
+                     && scanner.read(quality, satellites) && scanner.read(sdn, sde, sdu, sdne, sdeu, sdun)
+                     && scanner.read(age, ratio) && scanner.read(vn, ve, vu)
+                     && scanner.read(sdvn, sdve, sdvu, sdvne, sdveu, sdvun);
+    if (!readOk) {
+        return std::nullopt;
+    }
+
+    GnssData record;
+    record.gpsTime = GPSTime(seconds, week);
+    record.position = LatLonHeight(Maths::Radian(Maths::Degree(latitude)), Maths::Radian(Maths::Degree(longitude)),
+                                   -height);
+    record.velocity = Maths::PositionVector3(vn, ve, -vu);
+    // Only the off-diagonal elements come from the file; the diagonals keep their 0.01.
+    record.positionCovariance.xy = sdne;
+    record.positionCovariance.yz = sdeu;
+    record.positionCovariance.xz = sdun;
+    record.velocityCovariance.xy = sdvne;
+    record.velocityCovariance.yz = sdveu;
+    record.velocityCovariance.xz = sdvun;
+    return record;
+}
+
+RtkLibPosReader::RtkLibPosReader(const Core::FileInfo& fileInfo, const double& velocityThreshold)
+    : gnssStream(fileInfo.makeStream(std::ios::in | std::ios::binary))
+    , fileInfo(fileInfo)
+{
+    CORE_ASSERT(gnssStream);
+    if (gnssStream) {
+        gnssStream->exceptions(std::ios::badbit);
+    }
+
+    // Forward pass: where every line starts, and the first and last moving record.
+    std::vector<std::istream::pos_type> linePositions;
+    skipHeader();
+    linePositions.push_back(gnssStream ? gnssStream->tellg() : std::istream::pos_type(-1));
+    while (readRecord()) {
+        linePositions.push_back(gnssStream->tellg());
+        if (isMoving(current, velocityThreshold)) {
+            timeInterval.expand(current.gpsTime.secondsInWeek);
+        }
+    }
+    CORE_ASSERT(!linePositions.empty());
+
+    // Backward pass from the last record: the interval ends at the last moving one.
+    openStream();
+    skipHeader();
+    for (auto i = static_cast<std::ptrdiff_t>(linePositions.size()) - 2; i >= 0 && gnssStream; --i) {
+        gnssStream->seekg(linePositions[static_cast<std::size_t>(i)]);
+        const bool readOk = readRecord();
+        CORE_ASSERT(readOk);
+        if (isMoving(current, velocityThreshold)) {
+            timeInterval.setUpper(current.gpsTime.secondsInWeek);
+            break;
+        }
+    }
+    CORE_ASSERT(timeInterval.isValid());
+
+    Core::Logging::logAtLevel(0, "GNSS used time interval [s]: [" + toFixedText(timeInterval.data.first) + "; "
+                                     + toFixedText(timeInterval.data.second) + "]");
+}
+
+GnssData RtkLibPosReader::getNext()
+{
+    const bool readOk = readRecord();
+    CORE_ASSERT(readOk);
+    return current;
+}
+
+bool RtkLibPosReader::endOfFile()
+{
+    return !gnssStream || std::istream::traits_type::eq_int_type(gnssStream->peek(), std::istream::traits_type::eof());
+}
+
+Maths::Interval<double> RtkLibPosReader::getTimeInterval() const
+{
+    CORE_ASSERT(timeInterval.isValid());
+    return timeInterval;
+}
+
+void RtkLibPosReader::returnToBegin()
+{
+    openStream();
+    skipHeader();
+}
+
+void RtkLibPosReader::openStream()
+{
+    gnssStream = fileInfo.makeStream(std::ios::in | std::ios::binary);
+    if (gnssStream) {
+        gnssStream->exceptions(std::ios::badbit);
+    }
+}
+
+void RtkLibPosReader::skipHeader()
+{
+    if (!gnssStream) {
+        return;
+    }
+    auto& stream = *gnssStream;
+    while (true) {
+        const auto lineStart = stream.tellg();
+        const bool read = static_cast<bool>(std::getline(stream, line));
+        if (!read || !isHeaderLine(line)) {
+            // Back to the start of the first line that is not a header line.
+            stream.clear();
+            stream.seekg(lineStart);
+            return;
+        }
+    }
+}
+
+bool RtkLibPosReader::readRecord()
+{
+    if (!gnssStream || !std::getline(*gnssStream, line)) {
+        return false;
+    }
+    auto record = parseRtkLibPosLine(line);
+    if (!record) {
+        return false;
+    }
+    current = *record;
+    return true;
+}
+
+} // namespace Kelvo::Geodesy::GNSS

@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: MIT
+#include "Geodesy/GNSS/RTKLIB/RtkLibPosReader.h"
+#include "Geodesy/GNSS/RtkLibGnssDataProvider.h"
+#include "GnssTestSupport.h"
+#include "support/LogRecorder.h"
+#include "support/TemporaryDirectory.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Kelvo::Geodesy::GNSS {
+namespace {
+
+using Core::Logging::Level;
+using Testing::AssertionRecorder;
+using Testing::assertTexts;
+using Testing::dataLine;
+using Testing::LogRecorder;
+using Testing::posHeader;
+using Testing::refData;
+using Testing::TemporaryDirectory;
+using Testing::valuesOf;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+const auto spirent = refData("rtklib/rtk_kinematic_dyn_vel_gpsgal_spirent.pos");
+
+// Every record of a file, each line parsed on its own.
+std::vector<GnssData> recordsOf(const std::filesystem::path& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    std::vector<GnssData> records;
+    for (std::string line; std::getline(file, line);) {
+        if (auto record = parseRtkLibPosLine(line)) {
+            records.push_back(*record);
+        }
+    }
+    return records;
+}
+
+void expectSameRecord(const std::unique_ptr<GnssData>& actual, const GnssData& expected)
+{
+    ASSERT_NE(actual, nullptr);
+    EXPECT_EQ(valuesOf(*actual), valuesOf(expected));
+}
+
+TEST(RtkLibGnssDataProvider, AnswersIncreasingTimesFromTheRecordsAroundThem)
+{
+    const auto records = recordsOf(spirent);
+    LogRecorder log;
+    RtkLibGnssDataProvider provider(spirent, 1.0);
+    // Every quarter second of the used interval but its last second.
+    std::size_t before = 0;
+    for (double seconds = 36000.0; seconds < 36599.0 && !HasFailure(); seconds += 0.25) {
+        before += records[before + 1].gpsTime.secondsInWeek < seconds ? 1 : 0;
+        expectSameRecord(provider.getGnssData(seconds), GnssData::interpolate(seconds, records[before], records[before + 1]));
+        EXPECT_EQ(provider.getCurrentGnssData()->gpsTime, records[before].gpsTime);
+    }
+}
+
+TEST(RtkLibGnssDataProvider, AnswersInsideTheUsedIntervalOnly)
+{
+    TemporaryDirectory folder;
+    LogRecorder log;
+    RtkLibGnssDataProvider provider(folder.write("track.pos", posHeader + dataLine(100.0) + dataLine(101.0, 2.0)
+                                                                  + dataLine(102.0, 2.0) + dataLine(105.0, 2.0)
+                                                                  + dataLine(106.0) + dataLine(107.0)),
+                                    1.0);
+    for (const double seconds : {0.0, 100.5, 101.0 - 1e-6, 105.0 + 1e-6, 106.5}) {
+        EXPECT_EQ(provider.getGnssData(seconds), nullptr) << seconds;
+    }
+    for (const double seconds : {101.0, 103.5, 105.0}) {
+        EXPECT_EQ(provider.getGnssData(seconds)->gpsTime.secondsInWeek, seconds);
+    }
+}
+
+TEST(RtkLibGnssDataProvider, AnswersBehindTheWindowFromItOrByStartingOver)
+{
+    const auto records = recordsOf(spirent);
+    LogRecorder scan;
+    RtkLibGnssDataProvider provider(spirent, 1.0);
+    LogRecorder log;
+    const auto first = provider.getGnssData(36010.5);
+    const GnssData* current = provider.getCurrentGnssData();
+    ASSERT_EQ(current->gpsTime.secondsInWeek, 36010.0);
+
+    // The same time again, and a time between previous and current: the window stays.
+    expectSameRecord(provider.getGnssData(36010.5), *first);
+    expectSameRecord(provider.getGnssData(36009.25), GnssData::interpolate(36009.25, records[9], records[10]));
+    EXPECT_EQ(provider.getCurrentGnssData(), current);
+    EXPECT_EQ(current->gpsTime.secondsInWeek, 36010.0);
+    EXPECT_THAT(log.entries(), IsEmpty());
+
+    // Earlier than previous: the file is read again from the top.
+    expectSameRecord(provider.getGnssData(36003.5), GnssData::interpolate(36003.5, records[3], records[4]));
+    EXPECT_THAT(log.at(Level::warning),
+                ElementsAre("This should never happen -> Rolling back to the beginning of the RTK lib POS file: "
+                            "36003.500000 < 36010.000000"));
+
+    // Starting over for the first record's own time lands on it: reported, still answered.
+    AssertionRecorder recorder;
+    expectSameRecord(provider.getGnssData(36000.0), records[0]);
+    EXPECT_EQ(recorder.messages(), assertTexts({"seconds > current->gpsTime.secondsInWeek"}));
+    EXPECT_EQ(recorder.records().front().file, "src/Geodesy/src/Geodesy/RtkLibGnssDataProvider.cpp");
+}
+
+TEST(RtkLibGnssDataProvider, ReportsWhatItCannotAnswerProperly)
+{
+    const std::string moving = posHeader + dataLine(10.0, 2.0) + dataLine(11.0, 2.0) + dataLine(12.0, 2.0);
+    // Construction, then the lookup's own check of the interval.
+    const auto noRecord = assertTexts({"timeInterval.isValid()", "readOk", "readOk",
+                                       "next->gpsTime.secondsInWeek > current->gpsTime.secondsInWeek",
+                                       "timeInterval.isValid()"});
+    struct Case {
+        std::optional<std::string> text; // none: the file does not exist
+        double seconds;
+        bool answered;
+        std::vector<std::string> reports;
+    };
+    const Case cases[] = {
+        {moving + dataLine(12.0, 2.0) + dataLine(13.0, 2.0) + dataLine(14.0), 12.5, true, {}}, // equal times later
+        {posHeader + dataLine(10.0, 2.0) + moving.substr(posHeader.size()), 10.5, true,
+         assertTexts({"next->gpsTime.secondsInWeek > current->gpsTime.secondsInWeek"})},
+        {moving, 11.5, true, assertTexts({"!reader->endOfFile()"})},
+        {moving, 12.0, true, assertTexts({"!reader->endOfFile()"})},
+        {moving, 1e-310, false, assertTexts({"std::isnormal( seconds ) || seconds == 0.0"})},
+        {std::nullopt, 10.0, false, noRecord},
+        {posHeader, 10.0, false, noRecord},
+        {posHeader + "2005/04/02 00:00:00.000 35.160865956 139.613842998 68.3784 1 7\r\n", 10.0, false, noRecord},
+    };
+    TemporaryDirectory folder;
+    for (const auto& [text, seconds, answered, reports] : cases) {
+        AssertionRecorder recorder;
+        LogRecorder log;
+        RtkLibGnssDataProvider provider(text ? folder.write("case.pos", *text) : folder.path() / "missing.pos", 1.0);
+        EXPECT_EQ(provider.getGnssData(seconds) != nullptr, answered) << seconds;
+        EXPECT_EQ(recorder.messages(), reports) << text.value_or("(missing)");
+    }
+}
+
+} // namespace
+} // namespace Kelvo::Geodesy::GNSS
