@@ -129,7 +129,9 @@ TEST(RtkLibGnssDataProvider, ReportsWhatItCannotAnswerProperly)
         {moving, 11.5, true, assertTexts({"!reader->endOfFile()"})},
         {moving, 12.0, true, assertTexts({"!reader->endOfFile()"})},
         {moving, 1e-310, false, assertTexts({"std::isnormal( seconds ) || seconds == 0.0"})},
-        {std::nullopt, 10.0, false, noRecord},
+        {std::nullopt, 10.0, false,
+         assertTexts({"gnssStream", "timeInterval.isValid()", "readOk", "readOk",
+                      "next->gpsTime.secondsInWeek > current->gpsTime.secondsInWeek", "timeInterval.isValid()"})},
         {posHeader, 10.0, false, noRecord},
         {posHeader + "2005/04/02 00:00:00.000 35.160865956 139.613842998 68.3784 1 7\r\n", 10.0, false, noRecord},
     };

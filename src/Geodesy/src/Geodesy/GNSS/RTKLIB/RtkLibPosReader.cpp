@@ -34,6 +34,14 @@ bool isHeaderLine(std::string_view line)
     return line.substr(begin, line.find_first_of(whitespace, begin) - begin) == "%";
 }
 
+/// True for RTKLIB's column line of ECEF or baseline solutions. Their data lines can hold 24
+/// numbers too, which would otherwise be read as latitude, longitude and height.
+bool namesForeignColumns(std::string_view headerLine)
+{
+    return headerLine.find("-ecef(m)") != std::string_view::npos
+        || headerLine.find("-baseline(m)") != std::string_view::npos;
+}
+
 } // namespace
 
 std::optional<GnssData> parseRtkLibPosLine(std::string_view line)
@@ -77,13 +85,10 @@ std::optional<GnssData> parseRtkLibPosLine(std::string_view line)
 }
 
 RtkLibPosReader::RtkLibPosReader(const Core::FileInfo& fileInfo, const double& velocityThreshold)
-    : gnssStream(fileInfo.makeStream(std::ios::in | std::ios::binary))
-    , fileInfo(fileInfo)
+    : fileInfo(fileInfo)
 {
+    openStream();
     CORE_ASSERT(gnssStream);
-    if (gnssStream) {
-        gnssStream->exceptions(std::ios::badbit);
-    }
 
     // Forward pass: where every line starts, and the first and last moving record.
     std::vector<std::istream::pos_type> linePositions;
@@ -142,6 +147,10 @@ void RtkLibPosReader::returnToBegin()
 void RtkLibPosReader::openStream()
 {
     gnssStream = fileInfo.makeStream(std::ios::in | std::ios::binary);
+    // A file that could not be opened (missing, a folder, no permission) gives no stream.
+    if (gnssStream && gnssStream->fail()) {
+        gnssStream.reset();
+    }
     if (gnssStream) {
         gnssStream->exceptions(std::ios::badbit);
     }
@@ -153,9 +162,13 @@ void RtkLibPosReader::skipHeader()
         return;
     }
     auto& stream = *gnssStream;
+    foreignColumns = false;
     while (true) {
         const auto lineStart = stream.tellg();
         const bool read = static_cast<bool>(std::getline(stream, line));
+        if (read && isHeaderLine(line) && namesForeignColumns(line)) {
+            foreignColumns = true;
+        }
         if (!read || !isHeaderLine(line)) {
             // Back to the start of the first line that is not a header line.
             stream.clear();
@@ -167,7 +180,7 @@ void RtkLibPosReader::skipHeader()
 
 bool RtkLibPosReader::readRecord()
 {
-    if (!gnssStream || !std::getline(*gnssStream, line)) {
+    if (!gnssStream || foreignColumns || !std::getline(*gnssStream, line)) {
         return false;
     }
     auto record = parseRtkLibPosLine(line);

@@ -22,15 +22,17 @@ namespace Kelvo::Geodesy::GNSS {
 ///
 /// Lines whose first token is a lone "%" before the first data line are the header. A data
 /// line needs 24 numbers, read as stream extraction reads them; anything after the 24th is
-/// ignored, and a trailing carriage return is white space. Files in calendar time, without
-/// velocities or in ECEF fail on their first data line and give no records.
+/// ignored, and a trailing carriage return is white space. Files in calendar time or without
+/// velocities fail on their first data line and give no records; so do files whose header
+/// names ECEF or baseline columns, whose lines would otherwise parse as latitude/longitude.
 ///
 /// Construction scans the file for its "used time interval": from the first to the last
 /// record moving at least `velocityThreshold` [m/s] along any one axis. The forward scan ends
 /// at the first line that is not a data line. Failures are assertions: "gnssStream" (no
 /// stream), "readOk" (a line that must be a record is not), "timeInterval.isValid()" or
 /// "v > data.first" (no moving record, one, or all at one time). A read error that sets the
-/// stream's badbit throws the stream's exception. A missing file reads as an empty one.
+/// stream's badbit throws the stream's exception. A file that cannot be opened gives no
+/// stream: "gnssStream" is reported and the file reads as an empty one.
 class RtkLibPosReader {
 public:
     RtkLibPosReader(const Core::FileInfo& fileInfo, const double& velocityThreshold);
@@ -58,6 +60,7 @@ private:
     Core::FileInfo fileInfo;
     GnssData current;
     Maths::Interval<double> timeInterval;
+    bool foreignColumns = false; // the header names ECEF or baseline columns
     std::string line; // reused by every read to spare an allocation per line
 };
 
