@@ -3,7 +3,11 @@
 #pragma once
 
 #include "Geodesy/AffineTransformationParameters.h"
+#include "Geodesy/ApxRaw/RawRecord.h"
+#include "Geodesy/ApxRaw/Reader.h"
+#include "Geodesy/ApxRaw/Writer.h"
 #include "Geodesy/CoordinateSystem/OutputCoordinateSystemNotSupportedException.h"
+#include "Geodesy/CoordinateSystem/UTM.h"
 #include "Geodesy/ECEF.h"
 #include "Geodesy/ErrorManagement/GeodesyErrors.h"
 #include "Geodesy/ErrorManagement/PackageIdEnumErrorIdentifier.h"
@@ -13,3 +17,10 @@
 #include "Geodesy/GNSS/GnssData.h"
 #include "Geodesy/GPSTime.h"
 #include "Geodesy/LatLonHeight.h"
+#include "Geodesy/Sbet/Reader.h"
+#include "Geodesy/Sbet/Writer.h"
+#include "Geodesy/Smrmsg/Reader.h"
+#include "Geodesy/Smrmsg/Record.h"
+#include "Geodesy/Smrmsg/Writer.h"
+#include "Geodesy/Trajectory/Reader.h"
+#include "Geodesy/Trajectory/Record.h"
