@@ -110,26 +110,28 @@ Trajectory::Record Reader::getNext()
     const auto status = aligned && raw.solutionFlag != 0 ? Trajectory::Record::Status::VALID
                                                          : Trajectory::Record::Status::NOT_ALIGNED;
 
-    // The converted [deg/s] triple goes to the force slots and the unconverted one to the
-    // angular-rate slots: consumers of this reader expect exactly this assignment.
-    const Trajectory::Record record{status,
-                                    seconds(raw),
-                                    toRadian(raw.latitude),
-                                    toRadian(raw.longitude),
-                                    raw.height,
-                                    raw.velocity[0],
-                                    raw.velocity[1],
-                                    raw.velocity[2],
-                                    toRadian(raw.roll),
-                                    toRadian(raw.pitch),
-                                    toRadian(raw.heading),
-                                    0.0,
-                                    toRadian(raw.firstTriple[0]),
-                                    toRadian(raw.firstTriple[1]),
-                                    toRadian(raw.firstTriple[2]),
-                                    raw.secondTriple[0],
-                                    raw.secondTriple[1],
-                                    raw.secondTriple[2]};
+    // Filled field by field, straight into the returned record. The converted [deg/s]
+    // triple goes to the force slots and the unconverted one to the angular-rate slots:
+    // consumers of this reader expect exactly this assignment.
+    Trajectory::Record record;
+    record.status = status;
+    record.time = seconds(raw);
+    record.latitude = toRadian(raw.latitude);
+    record.longitude = toRadian(raw.longitude);
+    record.height = raw.height;
+    record.velocityX = raw.velocity[0];
+    record.velocityY = raw.velocity[1];
+    record.velocityZ = raw.velocity[2];
+    record.roll = toRadian(raw.roll);
+    record.pitch = toRadian(raw.pitch);
+    record.heading = toRadian(raw.heading);
+    record.wanderAngle = 0.0;
+    record.forceX = toRadian(raw.firstTriple[0]);
+    record.forceY = toRadian(raw.firstTriple[1]);
+    record.forceZ = toRadian(raw.firstTriple[2]);
+    record.angularRateX = raw.secondTriple[0];
+    record.angularRateY = raw.secondTriple[1];
+    record.angularRateZ = raw.secondTriple[2];
     if (isRemote()) {
         updateTimeInterval(record.time);
     }
