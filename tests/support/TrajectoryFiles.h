@@ -29,4 +29,19 @@ Geodesy::ApxRaw::RawRecord syntheticRawRecord(std::uint32_t timeOfWeek, std::uin
 /// The bytes of a raw APX file holding `records`.
 std::string apxRawBytes(const std::vector<Geodesy::ApxRaw::RawRecord>& records);
 
+/// Calls getNext() until the reader reports the end of the file, as the readers' callers do:
+/// the record of the call whose read hit the end is dropped.
+template <typename Reader>
+auto readUntilEnd(Reader& reader)
+{
+    std::vector<decltype(reader.getNext())> records;
+    for (;;) {
+        auto record = reader.getNext();
+        if (reader.endOfFile()) {
+            return records;
+        }
+        records.push_back(record);
+    }
+}
+
 } // namespace Kelvo::Testing

@@ -46,19 +46,6 @@ std::array<std::uint64_t, 17> bitsOf(const Record& r)
     return bits;
 }
 
-// Reads records until getNext() reports the end; the record of that last call is dropped.
-std::vector<Record> readAll(Reader& reader)
-{
-    std::vector<Record> records;
-    for (;;) {
-        const auto record = reader.getNext();
-        if (reader.endOfFile()) {
-            return records;
-        }
-        records.push_back(record);
-    }
-}
-
 TEST(SbetReader, ReadsTheTwoRecordsOfAFileWrittenByAnotherProgram)
 {
     Reader reader(Core::FileInfo(refData("pdal/2-points.sbet")), anyAlignment);
@@ -111,7 +98,7 @@ TEST(SbetReader, ReadsAnAirborneFileFromFirstToLastRecord)
     EXPECT_EQ(reader.getTimeInterval(TimeReference::week),
               Maths::Interval<double>(400825.0013129992, 400825.9965316785));
 
-    const auto records = readAll(reader);
+    const auto records = Testing::readUntilEnd(reader);
     ASSERT_EQ(records.size(), 200u);
     const std::array<double, 17> first = {
         400825.0013129992,     0.6591193041070427,   -2.0773576101964117,   6991.64706648894,
@@ -186,7 +173,7 @@ TEST(SbetReader, WriterAndReaderRoundTripEveryBitOverManyReadChunks)
 
     Reader reader(Core::FileInfo(path), anyAlignment);
     EXPECT_EQ(reader.getCount(), records.size());
-    const auto read = readAll(reader);
+    const auto read = Testing::readUntilEnd(reader);
     ASSERT_EQ(read.size(), records.size());
     for (std::size_t i = 0; i < records.size(); ++i) {
         ASSERT_EQ(bitsOf(read[i]), bitsOf(records[i])) << "record " << i;

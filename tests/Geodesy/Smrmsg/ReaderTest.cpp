@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/AssertionRecorder.h"
 #include "support/TemporaryDirectory.h"
+#include "support/TrajectoryFiles.h"
 
 #include "Geodesy/Smrmsg/Reader.h"
 #include "Geodesy/Smrmsg/Writer.h"
@@ -36,18 +37,6 @@ std::array<double, 10> valuesOf(const Record& r)
             r.eastVelocityRms, r.downVelocityRms, r.rollRms,         r.pitchRms,        r.headingRms};
 }
 
-std::vector<Record> readAll(Reader& reader)
-{
-    std::vector<Record> records;
-    for (;;) {
-        const auto record = reader.getNext();
-        if (reader.endOfFile()) {
-            return records;
-        }
-        records.push_back(record);
-    }
-}
-
 std::string bytesOf(const std::vector<Record>& records)
 {
     std::ostringstream bytes;
@@ -66,7 +55,7 @@ Record recordAt(double time)
 TEST(SmrmsgReader, ReadsEveryRecordOfAFileWrittenByAnotherProgram)
 {
     Reader reader(Core::FileInfo(refData("pdal/smrmsg.smrmsg")));
-    const auto records = readAll(reader);
+    const auto records = Testing::readUntilEnd(reader);
     ASSERT_EQ(records.size(), 21902u);
     EXPECT_EQ(valuesOf(records.front()),
               (std::array<double, 10>{536258.0, 0.0562789546440652, 0.05779133225572036, 0.0707735879825197,
@@ -144,7 +133,7 @@ TEST(SmrmsgReader, WriterAndReaderRoundTripEveryBit)
         }
     }
     Reader reader(Core::FileInfo{path});
-    const auto read = readAll(reader);
+    const auto read = Testing::readUntilEnd(reader);
     ASSERT_EQ(read.size(), records.size());
     for (std::size_t i = 0; i < records.size(); ++i) {
         using Bits = std::array<std::uint64_t, 10>;

@@ -22,5 +22,6 @@
 #include "Geodesy/Smrmsg/Reader.h"
 #include "Geodesy/Smrmsg/Record.h"
 #include "Geodesy/Smrmsg/Writer.h"
+#include "Geodesy/Trajectory/FileWriter.h"
 #include "Geodesy/Trajectory/Reader.h"
 #include "Geodesy/Trajectory/Record.h"

@@ -3,34 +3,14 @@
 
 #include "Layout.h"
 
-#include "../Trajectory/FileAccess.h"
+#include <array>
 
 namespace Kelvo::Geodesy::ApxRaw {
-
-Writer::Writer(const std::filesystem::path& path)
-    : ownedStream(Trajectory::openForWriting(path))
-    , out(ownedStream.get())
-{
-}
-
-Writer::Writer(std::ostream& stream)
-    : out(&stream)
-{
-}
-
-Writer::~Writer() = default;
-Writer::Writer(Writer&&) noexcept = default;
-Writer& Writer::operator=(Writer&&) noexcept = default;
 
 void Writer::write(const RawRecord& record)
 {
     const auto bytes = Layout::encode(record);
-    Trajectory::writeBytes(*out, bytes.data(), bytes.size());
-}
-
-void Writer::flush()
-{
-    Trajectory::flushOrThrow(*out);
+    writeBytes(bytes.data(), bytes.size());
 }
 
 } // namespace Kelvo::Geodesy::ApxRaw

@@ -7,29 +7,17 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
 
 // Loading and storing fixed-width values of binary record layouts in an explicit byte
 // order, whatever the host's.
 namespace Kelvo::Geodesy::Trajectory::ByteOrder {
 
+/// The unsigned integer of `Size` bytes, which carries the bytes of any value of that size.
 template <std::size_t Size>
-struct UnsignedOfSize;
-template <>
-struct UnsignedOfSize<1> {
-    using type = std::uint8_t;
-};
-template <>
-struct UnsignedOfSize<2> {
-    using type = std::uint16_t;
-};
-template <>
-struct UnsignedOfSize<4> {
-    using type = std::uint32_t;
-};
-template <>
-struct UnsignedOfSize<8> {
-    using type = std::uint64_t;
-};
+using UnsignedOfSize = std::conditional_t<
+    Size == 1, std::uint8_t,
+    std::conditional_t<Size == 2, std::uint16_t, std::conditional_t<Size == 4, std::uint32_t, std::uint64_t>>>;
 
 template <std::unsigned_integral U>
 constexpr U swapBytes(U value)
@@ -50,7 +38,7 @@ constexpr U swapBytes(U value)
 template <typename T>
 T load(const void* bytes, std::endian order)
 {
-    using U = typename UnsignedOfSize<sizeof(T)>::type;
+    using U = UnsignedOfSize<sizeof(T)>;
     U raw;
     std::memcpy(&raw, bytes, sizeof(raw));
     if (order != std::endian::native) {
@@ -63,7 +51,7 @@ T load(const void* bytes, std::endian order)
 template <typename T>
 void store(void* bytes, T value, std::endian order)
 {
-    using U = typename UnsignedOfSize<sizeof(T)>::type;
+    using U = UnsignedOfSize<sizeof(T)>;
     auto raw = std::bit_cast<U>(value);
     if (order != std::endian::native) {
         raw = swapBytes(raw);
