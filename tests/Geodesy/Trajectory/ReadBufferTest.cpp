@@ -64,30 +64,6 @@ TEST(ReadBuffer, BehavesAsStreamReadsWhateverTheChunkAndReadSizes)
     }
 }
 
-TEST(ReadBuffer, TakeHandsOutBufferedBytesOnlyAndLeavesTheRestToRead)
-{
-    std::istringstream stream(sampleBytes(10));
-    ReadBuffer buffer(true, 6);
-    EXPECT_EQ(buffer.take(1), nullptr) << "nothing is buffered before the first read";
-    char first[2];
-    ASSERT_EQ(buffer.read(stream, first, 2), 2u);
-    const char* next = buffer.take(4);
-    ASSERT_NE(next, nullptr);
-    EXPECT_EQ(std::string(next, 4), sampleBytes(10).substr(2, 4));
-    EXPECT_EQ(buffer.take(1), nullptr) << "the chunk is used up";
-
-    // Discarding forgets buffered bytes: the stream position is the owner's again.
-    std::istringstream rewound(sampleBytes(10));
-    ReadBuffer other(true, 6);
-    ASSERT_EQ(other.read(rewound, first, 2), 2u);
-    other.discard();
-    rewound.seekg(0);
-    char again[2];
-    ASSERT_EQ(other.read(rewound, again, 2), 2u);
-    EXPECT_EQ(std::string(again, 2), sampleBytes(2));
-    EXPECT_TRUE(rewound.good());
-}
-
 // A stream buffer whose source breaks down after a few bytes, like a stalled live peer.
 class BreakingSource : public std::streambuf {
 protected:

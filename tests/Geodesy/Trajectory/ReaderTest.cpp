@@ -2,7 +2,6 @@
 #include "support/AssertionRecorder.h"
 #include "support/LogRecorder.h"
 #include "support/TemporaryDirectory.h"
-#include "support/TrajectoryFiles.h"
 
 #include "Geodesy/ApxRaw/Reader.h"
 #include "Geodesy/Sbet/Reader.h"
@@ -166,18 +165,6 @@ TEST(TrajectoryReader, SafeReadReturnsTheBytesReadAndLogsAShortRead)
     EXPECT_EQ(reader.safeRead(nullptr, 0), 0);
     EXPECT_THAT(assertions.messages(),
                 ElementsAre(assertText("buffer"), assertText("size > 0"), assertText("inStream->good()")));
-}
-
-TEST(TrajectoryReader, GetNextLLHGivesTheTimeAndPositionOfTheNextRecord)
-{
-    const TemporaryDirectory folder;
-    const auto records = Testing::syntheticTrajectory(1000.0, 0.5, 3);
-    Sbet::Reader reader(Core::FileInfo(folder.write("run.sbet", Testing::sbetBytes(records))), anyAlignment);
-    reader.getNext();
-    const auto [time, position] = reader.getNextLLH();
-    EXPECT_EQ(time, records[1].time);
-    EXPECT_EQ(position, LatLonHeight(Maths::Radian(records[1].latitude), Maths::Radian(records[1].longitude),
-                                     records[1].height));
 }
 
 } // namespace
