@@ -3,6 +3,9 @@
 #pragma once
 
 #include "Geodesy/AffineTransformationParameters.h"
+#include "Geodesy/CoordinateSystem/CoordinateSystem.h"
+#include "Geodesy/CoordinateSystem/CoordinateSystemConverter.h"
+#include "Geodesy/CoordinateSystem/Ellipsoid.h"
 #include "Geodesy/CoordinateSystem/OutputCoordinateSystemNotSupportedException.h"
 #include "Geodesy/ECEF.h"
 #include "Geodesy/ErrorManagement/GeodesyErrors.h"
