@@ -5,7 +5,6 @@
 #include "Utils/CoreAssert.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
 #include <numbers>
@@ -231,9 +230,8 @@ void CoordinateSystemConverter::convertBoundaries(PointCloudBoundary& boundary)
 void CoordinateSystemConverter::convertBoundariesWithDeformation(PointCloudBoundary& boundary)
 {
     // A curved mapping can push any corner of the box outwards, so all eight are converted.
-    PointCloudBoundary result{{std::numeric_limits<double>::max(), std::numeric_limits<double>::lowest()},
-                              {std::numeric_limits<double>::max(), std::numeric_limits<double>::lowest()},
-                              {std::numeric_limits<double>::max(), std::numeric_limits<double>::lowest()}};
+    constexpr PointCloudBoundary::Range empty{std::numeric_limits<double>::max(), std::numeric_limits<double>::lowest()};
+    PointCloudBoundary result{empty, empty, empty};
     const auto widen = [](PointCloudBoundary::Range& range, double value) {
         range.min = std::min(range.min, value);
         range.max = std::max(range.max, value);
