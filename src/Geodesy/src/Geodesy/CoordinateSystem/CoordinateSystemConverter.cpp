@@ -58,12 +58,38 @@ double w(double sinLatitude)
     return std::sqrt(1.0 - std::pow(sinLatitude * E, 2));
 }
 
+struct SinCos {
+    double sin;
+    double cos;
+};
+
+// sin and cos of an angle [rad], taking out the nearest multiple of pi/2 first so that libm
+// only sees |r| <= pi/4, where it is fastest. For |angle| <= pi, every latitude and longitude,
+// the subtraction is exact (Sterbenz), so the only added error is the rounding of pi/2 itself,
+// 6e-17 rad per quadrant: below the resolution of the angle. The quadrant is applied without
+// branches, as random angles would defeat branch prediction. Larger angles, NaN and infinities
+// go to libm as they are.
+SinCos sinCos(double angle)
+{
+    constexpr double halfPi = std::numbers::pi / 2.0;
+    if (!(std::abs(angle) <= std::numbers::pi)) [[unlikely]] {
+        return {std::sin(angle), std::cos(angle)};
+    }
+    constexpr double roundingShift = 0x1.8p52; // adding and removing it rounds to an integer
+    // The nearest quadrant, -2 to 2 (a multiplication: a division would lengthen the chain).
+    const double quadrant = (angle * (2.0 / std::numbers::pi) + roundingShift) - roundingShift;
+    const double r = angle - quadrant * halfPi;
+    const double sinCosR[2] = {std::sin(r), std::cos(r)};
+    constexpr double sign[2] = {1.0, -1.0};
+    const auto q = static_cast<unsigned>(static_cast<int>(quadrant));
+    // Quadrant q: (sin, cos) = (s, c), (c, -s), (-s, -c), (-c, s) for q = 0, 1, 2, 3 (mod 4).
+    return {sinCosR[q & 1u] * sign[(q >> 1) & 1u], sinCosR[(q & 1u) ^ 1u] * sign[((q + 1) >> 1) & 1u]};
+}
+
 Matrix3 nedRotation(double latitude, double longitude)
 {
-    const double sinLat = std::sin(latitude);
-    const double cosLat = std::cos(latitude);
-    const double sinLon = std::sin(longitude);
-    const double cosLon = std::cos(longitude);
+    const auto [sinLat, cosLat] = sinCos(latitude);
+    const auto [sinLon, cosLon] = sinCos(longitude);
     return {-sinLat * cosLon, -sinLat * sinLon, cosLat, //
             -sinLon,          cosLon,           0.0,    //
             -cosLat * cosLon, -cosLat * sinLon, -sinLat};
@@ -73,10 +99,8 @@ Matrix3 nedRotation(double latitude, double longitude)
 
 ECEF llh2ecef(LatLonHeight position)
 {
-    const double sinLat = std::sin(position.latitude);
-    const double cosLat = std::cos(position.latitude);
-    const double sinLon = std::sin(position.longitude);
-    const double cosLon = std::cos(position.longitude);
+    const auto [sinLat, cosLat] = sinCos(position.latitude);
+    const auto [sinLon, cosLon] = sinCos(position.longitude);
     const double n = A / w(sinLat);
     const double h = position.height;
     return {(n + h) * cosLat * cosLon, (n + h) * cosLat * sinLon, ((1.0 - eccentricitySquared()) * n + h) * sinLat};
@@ -230,7 +254,8 @@ void CoordinateSystemConverter::convertBoundaries(PointCloudBoundary& boundary)
 void CoordinateSystemConverter::convertBoundariesWithDeformation(PointCloudBoundary& boundary)
 {
     // A curved mapping can push any corner of the box outwards, so all eight are converted.
-    constexpr PointCloudBoundary::Range empty{std::numeric_limits<double>::max(), std::numeric_limits<double>::lowest()};
+    constexpr PointCloudBoundary::Range empty{std::numeric_limits<double>::max(),
+                                              std::numeric_limits<double>::lowest()};
     PointCloudBoundary result{empty, empty, empty};
     const auto widen = [](PointCloudBoundary::Range& range, double value) {
         range.min = std::min(range.min, value);
