@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#include "Commands.h"
+
+#include "Numbers.h"
+#include "TimeText.h"
+
+#include <sstream>
+
+#include <unistd.h>
+
+namespace Kelvo::Tool {
+namespace {
+
+/// A scratch folder removed with its content when the demo ends, however it ends.
+class ScratchFolder {
+public:
+    ScratchFolder()
+        : path(std::filesystem::temp_directory_path() / ("kelvo-geodesy-demo-" + std::to_string(::getpid())))
+    {
+        std::filesystem::remove_all(path);
+        std::filesystem::create_directories(path);
+    }
+    ~ScratchFolder()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(path, ignored);
+    }
+    ScratchFolder(const ScratchFolder&) = delete;
+    ScratchFolder& operator=(const ScratchFolder&) = delete;
+
+    const Path path;
+};
+
+void indented(std::ostream& out, const std::string& text)
+{
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        out << "    " << line << '\n';
+    }
+}
+
+} // namespace
+
+void runDemo(Context& context)
+{
+    auto& out = context.out;
+    ScratchFolder folder;
+    std::ostringstream quiet;
+    Context inner{quiet, context.err, false};
+
+    SimulateOptions simulate;
+    simulate.directory = folder.path;
+    simulate.duration = 120.0;
+    simulate.rate = 10.0;
+    const SimulatedSurvey survey = simulateSurvey(simulate, inner);
+
+    out << "kelvo-geodesy demo: a two-minute survey drive, simulated, written in four formats and read back\n"
+           "through the library.\n\n";
+    out << "1. The survey (kelvo-geodesy simulate DIR --duration 120 --rate 10)\n";
+    out << "    " << survey.records << " SBET and raw APX records at 10 Hz, " << survey.posEpochs
+        << " RTKLIB solutions and SMRMSG accuracies at 1 Hz,\n"
+        << "    GPS week " << survey.week << ", UTC " << calendarText(gpsToUnix(survey.week, survey.firstSecondOfWeek), 0)
+        << " to " << calendarText(gpsToUnix(survey.week, survey.lastSecondOfWeek), 0).substr(11) << ".\n\n";
+
+    out << "2. What the files hold (kelvo-geodesy info survey.sbet survey.pos --week " << survey.week << ")\n";
+    std::ostringstream info;
+    Context infoContext{info, context.err, false};
+    InfoOptions infoOptions;
+    infoOptions.files = {survey.sbet, survey.pos};
+    infoOptions.week = survey.week;
+    runInfo(infoOptions, infoContext);
+    indented(out, info.str());
+}
+
+} // namespace Kelvo::Tool
