@@ -208,13 +208,14 @@ VehicleState SurveySimulator::stateAt(double time)
     const double curvature = hillCurvature(s);
 
     state.position = Geodesy::LatLonHeight(Maths::Radian(latitude), Maths::Radian(longitude), siteHeight + hill(s));
-    state.velocity = {v * std::cos(psi), v * std::sin(psi), -v * slope};
+    // "+ 0.0" turns the -0 of a vehicle at rest into 0, which reads better in a dump.
+    state.velocity = {v * std::cos(psi) + 0.0, v * std::sin(psi) + 0.0, -v * slope + 0.0};
     const PositionVector3 accelerationNed{dv * std::cos(psi) - v * dpsi * std::sin(psi),
                                           dv * std::sin(psi) + v * dpsi * std::cos(psi),
                                           -(dv * slope + v * v * curvature)};
 
     // Attitude: nose along the road's slope, body leaning out of the turn.
-    state.roll = -ROLL_PER_LATERAL * v * dpsi;
+    state.roll = -ROLL_PER_LATERAL * v * dpsi + 0.0;
     state.pitch = std::atan(slope);
     state.heading = std::remainder(psi, 2 * pi);
     const double droll = -ROLL_PER_LATERAL * (dv * dpsi + v * ddpsi);
