@@ -216,20 +216,28 @@ void writePosEpoch(std::ostream& out, const PosEpoch& e)
 {
     // RTKLIB's columns: "%4d %10.3f %14.9f %14.9f %10.4f %3d %3d", six "%8.4f", "%6.2f %6.1f",
     // three "%10.5f", then "%9.5f" and five "%8.5f".
-    std::string text = integerWidth(e.week, 4) + " " + fixedWidth(e.secondsOfWeek, 10, 3) + " "
-                       + fixedWidth(e.latitude, 14, 9) + " " + fixedWidth(e.longitude, 14, 9) + " "
-                       + fixedWidth(e.height, 10, 4) + " " + integerWidth(e.quality, 3) + " "
-                       + integerWidth(e.satellites, 3);
+    std::string text = integerWidth(e.week, 4);
+    const auto column = [&text](const std::string& value) {
+        text += ' ';
+        text += value;
+    };
+    column(fixedWidth(e.secondsOfWeek, 10, 3));
+    column(fixedWidth(e.latitude, 14, 9));
+    column(fixedWidth(e.longitude, 14, 9));
+    column(fixedWidth(e.height, 10, 4));
+    column(integerWidth(e.quality, 3));
+    column(integerWidth(e.satellites, 3));
     for (const double value : {e.sdn, e.sde, e.sdu, e.sdne, e.sdeu, e.sdun}) {
-        text += " " + fixedWidth(value, 8, 4);
+        column(fixedWidth(value, 8, 4));
     }
-    text += " " + fixedWidth(e.age, 6, 2) + " " + fixedWidth(e.ratio, 6, 1);
+    column(fixedWidth(e.age, 6, 2));
+    column(fixedWidth(e.ratio, 6, 1));
     for (const double value : {e.vn, e.ve, e.vu}) {
-        text += " " + fixedWidth(value, 10, 5);
+        column(fixedWidth(value, 10, 5));
     }
-    text += " " + fixedWidth(e.sdvn, 9, 5);
+    column(fixedWidth(e.sdvn, 9, 5));
     for (const double value : {e.sdve, e.sdvu, e.sdvne, e.sdveu, e.sdvun}) {
-        text += " " + fixedWidth(value, 8, 5);
+        column(fixedWidth(value, 8, 5));
     }
     line(out, text, true);
 }
