@@ -31,11 +31,16 @@ public:
     const Path path;
 };
 
-void indented(std::ostream& out, const std::string& text)
+/// `text` indented, with the scratch folder left out of the file names.
+void indented(std::ostream& out, const std::string& text, const Path& folder)
 {
+    const std::string prefix = (folder / "").string();
     std::istringstream lines(text);
     for (std::string line; std::getline(lines, line);) {
-        out << "    " << line << '\n';
+        if (line.starts_with(prefix)) {
+            line.erase(0, prefix.size());
+        }
+        out << (line.empty() ? "" : "    ") << line << '\n';
     }
 }
 
@@ -69,7 +74,7 @@ void runDemo(Context& context)
     infoOptions.files = {survey.sbet, survey.pos};
     infoOptions.week = survey.week;
     runInfo(infoOptions, infoContext);
-    indented(out, info.str());
+    indented(out, info.str(), folder.path);
 }
 
 } // namespace Kelvo::Tool

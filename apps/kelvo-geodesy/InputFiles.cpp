@@ -125,6 +125,10 @@ void checkReadableFile(const std::filesystem::path& path)
     if (std::filesystem::is_directory(status)) {
         throw InputError(path, "is a directory, not a file");
     }
+    if (!std::filesystem::is_regular_file(status)) {
+        // A pipe or a terminal would make the tool wait for bytes that may never come.
+        throw InputError(path, "not a regular file");
+    }
     errno = 0;
     std::ifstream file(path, std::ios::binary);
     if (!file.is_open()) {

@@ -30,7 +30,8 @@ std::string formatName(FileFormat format);
 FileFormat detectFormat(const std::filesystem::path& path, std::optional<FileFormat> forced = std::nullopt);
 
 /// Checks that `path` names a readable, non-empty regular file. Throws InputError: "no such
-/// file", "is a directory, not a file", "cannot be read: <reason>", "the file is empty".
+/// file", "is a directory, not a file", "not a regular file" (a pipe or a device, which could
+/// block), "cannot be read: <reason>", "the file is empty".
 void checkReadableFile(const std::filesystem::path& path);
 
 /// What a probe of a binary trajectory file (SBET or raw APX) found.

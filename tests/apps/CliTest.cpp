@@ -57,6 +57,8 @@ TEST(CliTest, EveryFailureIsOneErrorLineWithItsExitCode)
         // Bad input: exit code 1, the file named.
         {{"info", bad.missing}, 1, bad.missing + ": no such file"},
         {{"dump", bad.empty}, 1, bad.empty + ": the file is empty"},
+        {{"info", "/dev/null"}, 1, "/dev/null: not a regular file"},
+        {{"info", bad.folder.path().string()}, 1, ": is a directory, not a file"},
         {{"info", sbet, bad.truncated}, 1, bad.truncated + ": truncated: 1000 bytes are not a whole number of 136-byte"},
         {{"dump", ref("pdal/badfile.sbet")}, 1, "badfile.sbet: truncated: 271 bytes"},
         {{"dump", bad.text}, 1, bad.text + ": not an SBET file: its first time"},
