@@ -20,15 +20,15 @@ using Geodesy::CoordinateSystem::CoordinateSystem;
 // Numbers are read with from_chars (locale-independent) by these checks and by the
 // conversions after them; CLI11's own conversions would follow the locale.
 const CLI::Validator NUMBER(
-    [](std::string& text) { return parseDouble(text) ? std::string() : "not a number: '" + text + "'"; }, "NUMBER");
+    [](std::string& text) { return parseDouble(text) ? std::string() : "not a number: '" + text + "'"; }, "");
 const CLI::Validator INTEGER(
     [](std::string& text) { return parseInteger(text) ? std::string() : "not a whole number: '" + text + "'"; },
-    "INTEGER");
+    "");
 const CLI::Validator ISO_UTC(
     [](std::string& text) {
         return parseIsoUtc(text) ? std::string() : "not a UTC date-time like 2024-06-24T08:20:00Z: '" + text + "'";
     },
-    "ISO-UTC");
+    "");
 
 std::optional<std::array<double, 3>> parseTriple(const std::string& text)
 {
@@ -50,7 +50,7 @@ std::optional<std::array<double, 3>> parseTriple(const std::string& text)
 }
 
 const CLI::Validator TRIPLE(
-    [](std::string& text) { return parseTriple(text) ? std::string() : "not LAT,LON,H: '" + text + "'"; }, "LAT,LON,H");
+    [](std::string& text) { return parseTriple(text) ? std::string() : "not LAT,LON,H: '" + text + "'"; }, "");
 
 double number(const std::string& text) { return parseDouble(text).value_or(0.0); }
 
@@ -60,6 +60,7 @@ void addNumber(CLI::App& app, const std::string& name, double& target, const std
 {
     app.add_option_function<std::string>(name, [&target](const std::string& text) { target = number(text); }, help)
         ->check(NUMBER)
+        ->type_name("NUMBER")
         ->default_str(shortest(target));
 }
 
@@ -67,7 +68,8 @@ CLI::Option* addOptionalNumber(CLI::App& app, const std::string& name, std::opti
                                const std::string& help)
 {
     return app.add_option_function<std::string>(name, [&target](const std::string& text) { target = number(text); }, help)
-        ->check(NUMBER);
+        ->check(NUMBER)
+        ->type_name("SECONDS");
 }
 
 /// A list of numbers: several values after the option, or separated by commas.
@@ -82,6 +84,7 @@ CLI::Option* addNumbers(CLI::App& app, const std::string& name, std::vector<doub
            },
            help)
         ->check(NUMBER)
+        ->type_name("T")
         ->delimiter(',');
 }
 
@@ -90,14 +93,16 @@ void addWeek(CLI::App& app, std::optional<std::int64_t>& week)
     app.add_option_function<std::string>(
            "--week", [&week](const std::string& text) { week = parseInteger(text); },
            "GPS week of the trajectory files, which hold seconds of week only")
-        ->check(INTEGER);
+        ->check(INTEGER)
+        ->type_name("N");
 }
 
 void addOutput(CLI::App& app, std::optional<Path>& output)
 {
     app.add_option_function<std::string>(
         "-o,--output", [&output](const std::string& text) { output = Path(text); },
-        "write the data to FILE (complete or not at all) instead of the standard output");
+        "write the data to FILE (complete or not at all) instead of the standard output")
+        ->type_name("FILE");
 }
 
 /// An option whose value is one of the names of `choices` (in any letter case).
@@ -112,7 +117,8 @@ CLI::Option* addChoice(CLI::App& app, const std::string& name, const std::map<st
     return app
         .add_option_function<std::string>(
             name, [choices, store](const std::string& text) { store(choices.at(CLI::detail::to_lower(text))); }, help)
-        ->check(CLI::IsMember(names, CLI::ignore_case));
+        ->check(CLI::IsMember(names, CLI::ignore_case))
+        ->type_name("NAME");
 }
 
 void addAlignment(CLI::App& app, Alignment& alignment)
@@ -165,7 +171,9 @@ void defineInfo(CLI::App& app, Commands& c)
 {
     auto* sub = app.add_subcommand("info", "what trajectory and GNSS files hold: format, records, time span, rate, "
                                            "first position with its UTM zone");
-    sub->add_option("files", c.files, "SBET (any extension), raw APX (.stream), RTKLIB (.pos) files")->required();
+    sub->add_option("files", c.files, "SBET (any extension), raw APX (.stream), RTKLIB (.pos) files")
+        ->required()
+        ->type_name("FILE");
     addFormat(*sub, c.info.format, true);
     addNumber(*sub, "--velocity-threshold", c.info.velocityThreshold,
               "speed [m/s] from which an RTKLIB record counts as moving (used time interval)");
@@ -182,11 +190,13 @@ void defineAt(CLI::App& app, Commands& c)
 {
     auto* sub = app.add_subcommand("at", "position and attitude at UTC times, interpolated in SBET or raw APX files");
     sub->add_option("files", c.files, "trajectory files of one format: SBET (any extension) or raw APX (.stream)")
-        ->required();
+        ->required()
+        ->type_name("FILE");
     auto* time = addNumbers(*sub, "--time", c.at.times,
                             "UTC times: seconds since 1970-01-01 (with --day: seconds of the UTC day)");
     auto* times = sub->add_option_function<std::string>(
-        "--times", [&c](const std::string& text) { c.at.timesFile = Path(text); }, "a file of times, one a line");
+        "--times", [&c](const std::string& text) { c.at.timesFile = Path(text); }, "a file of times, one a line")
+                      ->type_name("FILE");
     auto* every = addOptionalNumber(*sub, "--every", c.at.every,
                                     "every SECONDS over the span of the files (needs --week unless --day)");
     time->excludes(times)->excludes(every);
@@ -206,7 +216,9 @@ void defineAt(CLI::App& app, Commands& c)
 void defineGnss(CLI::App& app, Commands& c)
 {
     auto* sub = app.add_subcommand("gnss", "GNSS solutions of an RTKLIB position file at GPS seconds of week");
-    sub->add_option("file", c.file, "RTKLIB position file (.pos) with velocities, in GPS week and seconds")->required();
+    sub->add_option("file", c.file, "RTKLIB position file (.pos) with velocities, in GPS week and seconds")
+        ->required()
+        ->type_name("FILE");
     auto* sow = addNumbers(*sub, "--sow", c.gnss.secondsOfWeek, "GPS seconds of week");
     auto* every = addOptionalNumber(*sub, "--every", c.gnss.every, "every SECONDS over the used time interval");
     sow->excludes(every);
@@ -225,11 +237,13 @@ void defineDump(CLI::App& app, Commands& c)
 {
     auto* sub = app.add_subcommand("dump", "the records of an SBET, raw APX or SMRMSG file as CSV");
     sub->add_option("file", c.file, "SBET (any extension), raw APX (.stream) or, with --format smrmsg, SMRMSG file")
-        ->required();
+        ->required()
+        ->type_name("FILE");
     sub->add_option_function<std::string>(
            "--limit", [&c](const std::string& text) { c.dump.limit = static_cast<std::uint64_t>(*parseInteger(text)); },
            "write the first N records only")
         ->check(INTEGER)
+        ->type_name("N")
         ->check(CLI::Validator(
             [](std::string& text) { return *parseInteger(text) >= 0 ? std::string() : "must not be negative"; }, ""));
     addFormat(*sub, c.dump.format, false);
@@ -256,10 +270,12 @@ void defineConvert(CLI::App& app, Commands& c)
     sub->add_option_function<std::string>(
            "--center", [&c](const std::string& text) { c.convert.center = parseTriple(text); },
            "NED centre: latitude and longitude [deg], height [m]")
-        ->check(TRIPLE);
+        ->check(TRIPLE)
+        ->type_name("LAT,LON,H");
     sub->add_option("values", c.values, "positions, three values each: lat lon [deg] h [m], or x y z [m]")
         ->required()
-        ->check(NUMBER);
+        ->check(NUMBER)
+        ->type_name("NUMBER");
     addOutput(*sub, c.convert.output);
     c.runners.emplace_back(sub, [&c](Context& context) {
         for (const auto& text : c.values) {
@@ -272,8 +288,8 @@ void defineConvert(CLI::App& app, Commands& c)
 void defineUtm(CLI::App& app, Commands& c)
 {
     auto* sub = app.add_subcommand("utm", "UTM zone and EPSG code (WGS84) of a latitude and longitude in degrees");
-    sub->add_option("latitude", c.latitude, "latitude [deg]")->required()->check(NUMBER);
-    sub->add_option("longitude", c.longitude, "longitude [deg]")->required()->check(NUMBER);
+    sub->add_option("latitude", c.latitude, "latitude [deg]")->required()->check(NUMBER)->type_name("DEGREES");
+    sub->add_option("longitude", c.longitude, "longitude [deg]")->required()->check(NUMBER)->type_name("DEGREES");
     c.runners.emplace_back(sub, [&c](Context& context) {
         c.utm.latitude = number(c.latitude);
         c.utm.longitude = number(c.longitude);
@@ -284,11 +300,14 @@ void defineUtm(CLI::App& app, Commands& c)
 void defineSimulate(CLI::App& app, Commands& c)
 {
     auto* sub = app.add_subcommand("simulate", "write a synthetic survey drive as SBET, raw APX, SMRMSG and RTKLIB files");
-    sub->add_option("outdir", c.file, "folder for survey.sbet, survey.stream, survey.smrmsg and survey.pos")->required();
+    sub->add_option("outdir", c.file, "folder for survey.sbet, survey.stream, survey.smrmsg and survey.pos")
+        ->required()
+        ->type_name("FOLDER");
     addNumber(*sub, "--duration", c.simulate.duration, "length of the survey [s]");
     addNumber(*sub, "--rate", c.simulate.rate, "records per second of the SBET and raw APX files [Hz]");
     sub->add_option("--start", c.start, "UTC date-time of the first record")
         ->check(ISO_UTC)
+        ->type_name("ISO-UTC")
         ->default_str("2024-06-24T08:20:00Z");
     c.runners.emplace_back(sub, [&c](Context& context) {
         c.simulate.directory = c.file;
