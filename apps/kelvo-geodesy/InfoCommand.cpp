@@ -35,7 +35,9 @@ void timeFields(std::ostream& out, double first, double last, std::optional<std:
         weekText = " (week " + std::to_string(*week) + (*lastWeek != *week ? " to " + std::to_string(*lastWeek) : "") + ")";
     }
     field(out, "GPS time", fixed(first, 3) + " .. " + fixed(last, 3) + " s of week" + weekText);
-    const double lastOffset = static_cast<double>(*lastWeek - week.value_or(0)) * Geodesy::SECONDS_IN_WEEK();
+    // A file that runs over the end of a week counts its last seconds in the next week.
+    const double lastOffset =
+        week && lastWeek ? static_cast<double>(*lastWeek - *week) * Geodesy::SECONDS_IN_WEEK() : 0.0;
     if (week) {
         field(out, "UTC time", calendarText(gpsToUnix(*week, first)) + " .. " + calendarText(gpsToUnix(*week, last + lastOffset)));
     } else {
