@@ -33,16 +33,19 @@ namespace ProviderTime {
 // fails and returns the value. This keeps a lookup free of calls into the library for its
 // arithmetic.
 
-/// `x` modulo `period` for x >= 0, as std::fmod gives it, when the floor form
-/// x - floor(x / period) * period lands in [0, period): it is then exact, equal to fmod and
-/// passes every check of the library's reductions. False in any other case.
+/// `x` modulo `period` (a whole number of seconds) for x >= 0, as std::fmod gives it, when
+/// x - n * period lands in [0, period) for n = floor(x / period), estimated by a multiplication:
+/// the remainder is then exact, equal to fmod and to the floor form, and passes every check of
+/// the library's reductions. False in any other case (including a wrong estimate of n).
 inline bool reduce(double x, double period, double& result)
 {
-    // Below 2^52 the product floor(x / period) * period is an exact integer.
+    // Below 2^52 the product n * period is an exact integer, and so is the difference.
     if (!(x >= 0.0 && x < 0x1p52)) {
         return false;
     }
-    const double remainder = x - std::floor(x / period) * period;
+    // floor of a quotient in [0, 2^52): the truncation.
+    const auto whole = static_cast<double>(static_cast<std::int64_t>(x * (1.0 / period)));
+    const double remainder = x - whole * period;
     if (!(remainder >= 0.0 && remainder < period)) {
         return false;
     }
@@ -66,25 +69,28 @@ inline double utcSecsOfEpochToSecsOfWeek(double utcSecsOfEpoch)
     return Geodesy::utcSecsOfEpochToSecsOfWeek(utcSecsOfEpoch);
 }
 
-/// utcSecsOfEpochToGpsAdjustedTime, for times after the GPS epoch.
-inline double utcSecsOfEpochToGpsAdjustedTime(double utc)
+/// What the week lookup needs of a request `utc` [UTC s since the Unix epoch]: its UTC
+/// seconds of the week, utcSecsOfEpochToSecsOfWeek(utc), and its GPS adjusted time,
+/// utcSecsOfEpochToGpsAdjustedTime(utc). False, with nothing computed, when either would
+/// report something or when the shortcut below does not hold.
+///
+/// The shortcut: from 2021-09 (GPS adjusted time > 0) to 2038-01 a request carries 2^-22 s,
+/// so that every sum the library forms of it is exact, and the GPS time is exactly
+/// utc + 18 - 315964800; while its GPS second of the week stays a second clear of the end of
+/// the week, the library's week count and reduction see the same whole weeks. Its GPS
+/// adjusted time is then exactly utc - 1315964782.
+inline bool weekRequest(double utc, double& utcSecondsOfWeek, double& gpsAdjustedTime)
 {
-    if (utc >= GPS_EPOCH_IN_UNIX_SECONDS) {
-        double secondsOfWeek;
-        const double weeks = (utc - GPS_EPOCH_IN_UNIX_SECONDS + GPS_LEAP_SECONDS()) / SECONDS_IN_WEEK();
-        if (reduce(utc + GPS_LEAP_SECONDS() + UNIX_EPOCH_SECONDS_IN_WEEK, SECONDS_IN_WEEK(), secondsOfWeek)
-            && weeks < 2147483647.0) {
-            const auto week = static_cast<std::int32_t>(weeks);
-            const double gpsTime =
-                static_cast<double>(static_cast<std::int64_t>(week) * static_cast<std::int64_t>(SECONDS_IN_WEEK()))
-                + secondsOfWeek;
-            const double result = gpsTime - GPS_ADJUSTED_TIME_OFFSET;
-            if (result > 0) {
-                return result;
-            }
-        }
+    constexpr double ADJUSTED_TIME_ORIGIN = GPS_EPOCH_IN_UNIX_SECONDS - GPS_LEAP_SECONDS() + GPS_ADJUSTED_TIME_OFFSET;
+    double secondsOfWeek;
+    if (!(utc > ADJUSTED_TIME_ORIGIN && utc < 2147000000.0)
+        || !reduce(utc + UNIX_EPOCH_SECONDS_IN_WEEK, SECONDS_IN_WEEK(), secondsOfWeek)
+        || !(secondsOfWeek + GPS_LEAP_SECONDS() <= SECONDS_IN_WEEK() - 1.0)) {
+        return false;
     }
-    return Geodesy::utcSecsOfEpochToGpsAdjustedTime(utc);
+    utcSecondsOfWeek = secondsOfWeek;
+    gpsAdjustedTime = utc - ADJUSTED_TIME_ORIGIN;
+    return true;
 }
 
 /// gpsSecsOfWeekToUtcSecsOfDay, outside the first 18 s of a GPS week and the last 18 s of
@@ -238,27 +244,28 @@ private:
         return true;
     }
 
+    // The lookup. Its checks are evaluated together on the hot path; when one fails, a cold
+    // function reports each failing one with its own text, in the order they are written.
     template <TimeReference TR>
     std::unique_ptr<TimedPositionAttitude> lookup(double seconds, Maths::IntervalCounter& counter)
     {
-        CORE_ASSERT(std::isnormal( seconds ) || seconds == 0.0);
+        if (!(std::isnormal(seconds) || seconds == 0.0)) [[unlikely]] {
+            reportRequest(seconds);
+        }
         double auxiliarySeconds = 0.0;
+        double utcSeconds = seconds;
         if constexpr (TR == TimeReference::week) {
-            auxiliarySeconds = ProviderTime::utcSecsOfEpochToGpsAdjustedTime(seconds);
-        }
-        const double utcSeconds = requestSeconds<TR>(seconds);
-
-        CORE_ASSERT(reader);
-        CORE_ASSERT(current);
-        CORE_ASSERT(next);
-        if (!current) {
-            std::ostringstream message;
-            message << "No matching found in sbet for " << seconds;
-            Core::Logging::logWarning(message.str());
+            if (!ProviderTime::weekRequest(seconds, utcSeconds, auxiliarySeconds)) {
+                auxiliarySeconds = utcSecsOfEpochToGpsAdjustedTime(seconds);
+                utcSeconds = utcSecsOfEpochToSecsOfWeek(seconds);
+            }
         }
 
-        const Maths::Situation situation =
-            classify(ProviderTime::utcToGps(utcSeconds), reader->getTimeInterval(TR));
+        if (!(reader && current && next)) [[unlikely]] {
+            reportMissingRecords(seconds);
+        }
+
+        const Maths::Situation situation = classify(ProviderTime::utcToGps(utcSeconds), reader->getTimeInterval(TR));
         counter[situation]++;
         if (!admit(situation, counter) || !current || !next) {
             return nullptr;
@@ -269,41 +276,22 @@ private:
             if (previous && utcSeconds > ProviderTime::toUtc<TR>(previous->time)) {
                 return interpolateAt<TR>(*previous, *current, utcSeconds, auxiliarySeconds);
             }
-            Core::Event::logEvent(
-                {Core::Event::INFORMATION_CATEGORY,
-                 static_cast<std::uint32_t>(Utils::ErrorManagement::PackageIdentifier::GEODESY),
-                 ROLLING_BACK_EVENT_CODE()},
-                std::string("Timings are not ordered -> rolling back into SBET: ") + std::to_string(utcSeconds)
-                    + " < " + std::to_string(currentSeconds));
-            if (fileInfo.isRemote()) {
+            if (!rollBack<TR>(utcSeconds, currentSeconds)) {
                 return nullptr;
             }
-            initialize();
-            CORE_ASSERT(next->time > current->time);
-            if constexpr (TR == TimeReference::day) {
-                // The day scale breaks at UTC midnight: the file must not start across one.
-                CORE_ASSERT(next->time.toUtc< TimeReference::day >() > current->time.toUtc< TimeReference::day >());
-            }
-            CORE_ASSERT(utcSeconds > current->time.toUtc< TR >());
         }
 
         // Strictly below: a request at a record's time stops with that record as `next`.
         while (!reader->endOfFile() && next && ProviderTime::toUtc<TR>(next->time) < utcSeconds) {
-            CORE_ASSERT(next->time >= current->time);
-            advance();
+            moveForward();
         }
 
         if (!fileInfo.isRemote()) {
-            // The last record read ahead is never a usable `next`.
-            CORE_ASSERT(reader->isRemote() || !reader->endOfFile());
-        } else {
-            CORE_ASSERT(situation != Maths::Situation::lower);
-            if (situation == Maths::Situation::upper) {
-                counter[classify(ProviderTime::utcToGps(utcSeconds), reader->getTimeInterval(TR))]++;
+            if (reader->endOfFile()) [[unlikely]] {
+                reportEndOfFile();
             }
-            if (!next || reader->endOfFile()) {
-                return nullptr;
-            }
+        } else if (!finishRemote<TR>(situation, utcSeconds, counter)) {
+            return nullptr;
         }
         return interpolateAt<TR>(*current, *next, utcSeconds, auxiliarySeconds);
     }
@@ -313,16 +301,102 @@ private:
                                                                 const TimedPositionAttitude& pos2, double utcSeconds,
                                                                 double auxiliarySeconds)
     {
-        CORE_ASSERT(pos1.time <= pos2.time);
+        if (!(pos1.time <= pos2.time)) [[unlikely]] {
+            reportOrder(pos1, pos2);
+        }
         const double time1 = ProviderTime::toUtc<TR>(pos1.time);
         const double time2 = ProviderTime::toUtc<TR>(pos2.time);
-        CORE_ASSERT(utcSeconds >= time1);
-        CORE_ASSERT(utcSeconds <= time2);
         // Two records at the same instant: the first one wins.
         const double k = time2 == time1 ? 0.0 : (utcSeconds - time1) / (time2 - time1);
+        if (!(utcSeconds >= time1 && utcSeconds <= time2 && k >= 0.0 && k <= 1.0)) [[unlikely]] {
+            reportBracket(utcSeconds, time1, time2, k);
+        }
+        if (pos1.status == Trajectory::Record::VALID && pos2.status == Trajectory::Record::VALID) {
+            // What interpolate() gives for two VALID values, without the call into the library.
+            return TimedPositionAttitude::blendValid(pos1, pos2, k, auxiliarySeconds);
+        }
+        return TimedPositionAttitude::interpolate(pos1, pos2, k, auxiliarySeconds);
+    }
+
+    // ---- Off the hot path ----------------------------------------------------------------
+
+    [[gnu::cold, gnu::noinline]] static void reportRequest(double seconds)
+    {
+        CORE_ASSERT(std::isnormal( seconds ) || seconds == 0.0);
+    }
+
+    [[gnu::cold, gnu::noinline]] void reportMissingRecords(double seconds) const
+    {
+        CORE_ASSERT(reader);
+        CORE_ASSERT(current);
+        CORE_ASSERT(next);
+        if (!current) {
+            std::ostringstream message;
+            message << "No matching found in sbet for " << seconds;
+            Core::Logging::logWarning(message.str());
+        }
+    }
+
+    [[gnu::cold, gnu::noinline]] void reportEndOfFile() const
+    {
+        // The last record read ahead is never a usable `next`.
+        CORE_ASSERT(reader->isRemote() || !reader->endOfFile());
+    }
+
+    [[gnu::cold, gnu::noinline]] static void reportOrder(const TimedPositionAttitude& pos1,
+                                                         const TimedPositionAttitude& pos2)
+    {
+        CORE_ASSERT(pos1.time <= pos2.time);
+    }
+
+    [[gnu::cold, gnu::noinline]] static void reportBracket(double utcSeconds, double time1, double time2, double k)
+    {
+        CORE_ASSERT(utcSeconds >= time1);
+        CORE_ASSERT(utcSeconds <= time2);
         CORE_ASSERT(k >= 0.0);
         CORE_ASSERT(k <= 1.0);
-        return TimedPositionAttitude::interpolate(pos1, pos2, k, auxiliarySeconds);
+    }
+
+    /// A request before `current` and not after `previous`: logs it, then stands a local file
+    /// on its first two records again. False for a remote source, which cannot go back.
+    template <TimeReference TR>
+    [[gnu::noinline]] bool rollBack(double utcSeconds, double currentSeconds)
+    {
+        Core::Event::logEvent({Core::Event::INFORMATION_CATEGORY,
+                               static_cast<std::uint32_t>(Utils::ErrorManagement::PackageIdentifier::GEODESY),
+                               ROLLING_BACK_EVENT_CODE()},
+                              std::string("Timings are not ordered -> rolling back into SBET: ")
+                                  + std::to_string(utcSeconds) + " < " + std::to_string(currentSeconds));
+        if (fileInfo.isRemote()) {
+            return false;
+        }
+        initialize();
+        CORE_ASSERT(next->time > current->time);
+        if constexpr (TR == TimeReference::day) {
+            // The day scale breaks at UTC midnight: the file must not start across one.
+            CORE_ASSERT(next->time.toUtc< TimeReference::day >() > current->time.toUtc< TimeReference::day >());
+        }
+        CORE_ASSERT(utcSeconds > current->time.toUtc< TR >());
+        return true;
+    }
+
+    /// One step of the forward search: records must not go back in time.
+    [[gnu::noinline]] void moveForward()
+    {
+        CORE_ASSERT(next->time >= current->time);
+        advance();
+    }
+
+    /// What a remote source does once the search has stopped; false when it has no answer.
+    template <TimeReference TR>
+    bool finishRemote(Maths::Situation situation, double utcSeconds, Maths::IntervalCounter& counter)
+    {
+        CORE_ASSERT(situation != Maths::Situation::lower);
+        if (situation == Maths::Situation::upper) {
+            // Counted again against what has arrived by now.
+            counter[classify(ProviderTime::utcToGps(utcSeconds), reader->getTimeInterval(TR))]++;
+        }
+        return next && !reader->endOfFile();
     }
 
     /// Stands on the first two records (also the rewind). `previous` keeps what it held.

@@ -10,6 +10,8 @@
 #include "Maths/PositionVector3.h"
 
 #include <memory>
+#include <new>
+#include <utility>
 
 namespace Kelvo::Geodesy {
 
@@ -24,10 +26,24 @@ namespace Kelvo::Geodesy {
 class TimedPositionAttitude {
 public:
     /// Angular rate zero.
-    KELVO_GEODESY_EXPORT TimedPositionAttitude(const GPSTime& time, const LatLonHeight& position,
-                                               const Maths::EulerAngles& attitude, Trajectory::Record::Status status);
-    KELVO_GEODESY_EXPORT TimedPositionAttitude(GPSTime time, LatLonHeight position, Maths::EulerAngles attitude,
-                                               Maths::PositionVector3 angularRate, Trajectory::Record::Status status);
+    TimedPositionAttitude(const GPSTime& time, const LatLonHeight& position, const Maths::EulerAngles& attitude,
+                          Trajectory::Record::Status status)
+        : time(time)
+        , position(position)
+        , attitude(attitude)
+        , status(status)
+    {
+    }
+
+    TimedPositionAttitude(GPSTime time, LatLonHeight position, Maths::EulerAngles attitude,
+                          Maths::PositionVector3 angularRate, Trajectory::Record::Status status)
+        : time(time)
+        , position(position)
+        , attitude(attitude)
+        , angularRate(angularRate)
+        , status(status)
+    {
+    }
 
     /// The value of a trajectory record: the angular rates turned from the wander-azimuth
     /// frame into north-east-down with the record's wander angle, yaw = heading - wander
@@ -45,11 +61,48 @@ public:
     KELVO_GEODESY_EXPORT static std::unique_ptr<TimedPositionAttitude>
     interpolate(const TimedPositionAttitude& a, const TimedPositionAttitude& b, double k, double auxiliarySeconds);
 
+    /// interpolate() for two VALID values, which it checks and reports nothing about: the
+    /// blend itself, inline for callers that blend millions of values.
+    static std::unique_ptr<TimedPositionAttitude> blendValid(const TimedPositionAttitude& a,
+                                                             const TimedPositionAttitude& b, double k,
+                                                             double auxiliarySeconds)
+    {
+        return allocate(Blend{}, a, b, k, auxiliarySeconds);
+    }
+
     GPSTime time;
     LatLonHeight position;
     Maths::EulerAngles attitude;
     Maths::PositionVector3 angularRate;
     Trajectory::Record::Status status;
+
+private:
+    struct Blend {};
+
+    // A new value, or an empty pointer when the allocation fails. (A throwing new caught here
+    // is cheaper than the nothrow form, which wraps the same call in its own handler.)
+    template <typename... Arguments>
+    static std::unique_ptr<TimedPositionAttitude> allocate(Arguments&&... arguments)
+    {
+        try {
+            return std::unique_ptr<TimedPositionAttitude>(
+                new TimedPositionAttitude(std::forward<Arguments>(arguments)...));
+        } catch (const std::bad_alloc&) {
+            return nullptr;
+        }
+    }
+
+    // Every member is built in place, the attitude straight from EulerAngles::interpolate:
+    // no temporary is copied into the new value.
+    TimedPositionAttitude(Blend, const TimedPositionAttitude& a, const TimedPositionAttitude& b, double k,
+                          double auxiliarySeconds)
+        : time((b.time.secondsInWeek - a.time.secondsInWeek) * k + a.time.secondsInWeek, auxiliarySeconds)
+        , position(a.position + (b.position - a.position) * k)
+        , attitude(a.attitude.interpolate(b.attitude, k))
+        , angularRate(a.angularRate + (b.angularRate - a.angularRate) * k)
+        , status(Trajectory::Record::Status::VALID)
+    {
+    }
 };
 
 } // namespace Kelvo::Geodesy

@@ -4,29 +4,9 @@
 #include "Utils/CoreAssert.h"
 
 #include <cmath>
-#include <new>
 #include <numbers>
 
 namespace Kelvo::Geodesy {
-
-TimedPositionAttitude::TimedPositionAttitude(const GPSTime& time, const LatLonHeight& position,
-                                             const Maths::EulerAngles& attitude, Trajectory::Record::Status status)
-    : time(time)
-    , position(position)
-    , attitude(attitude)
-    , status(status)
-{
-}
-
-TimedPositionAttitude::TimedPositionAttitude(GPSTime time, LatLonHeight position, Maths::EulerAngles attitude,
-                                             Maths::PositionVector3 angularRate, Trajectory::Record::Status status)
-    : time(time)
-    , position(position)
-    , attitude(attitude)
-    , angularRate(angularRate)
-    , status(status)
-{
-}
 
 std::unique_ptr<TimedPositionAttitude> TimedPositionAttitude::fromSbet(const Trajectory::Record& record,
                                                                        const std::unique_ptr<CRS::Transform>& transform)
@@ -56,8 +36,7 @@ std::unique_ptr<TimedPositionAttitude> TimedPositionAttitude::fromSbet(const Tra
                                 converted.z);
     }
 
-    return std::unique_ptr<TimedPositionAttitude>(new (std::nothrow) TimedPositionAttitude(
-        GPSTime(record.time, 0.0), position, attitude, angularRate, record.status));
+    return allocate(GPSTime(record.time, 0.0), position, attitude, angularRate, record.status);
 }
 
 std::unique_ptr<TimedPositionAttitude> TimedPositionAttitude::interpolate(const TimedPositionAttitude& a,
@@ -70,11 +49,7 @@ std::unique_ptr<TimedPositionAttitude> TimedPositionAttitude::interpolate(const 
     if (a.status != Trajectory::Record::VALID || b.status != Trajectory::Record::VALID) {
         return nullptr;
     }
-    const double seconds = (b.time.secondsInWeek - a.time.secondsInWeek) * k + a.time.secondsInWeek;
-    return std::unique_ptr<TimedPositionAttitude>(new (std::nothrow) TimedPositionAttitude(
-        GPSTime(seconds, auxiliarySeconds), a.position + (b.position - a.position) * k,
-        a.attitude.interpolate(b.attitude, k), a.angularRate + (b.angularRate - a.angularRate) * k,
-        Trajectory::Record::VALID));
+    return blendValid(a, b, k, auxiliarySeconds);
 }
 
 } // namespace Kelvo::Geodesy
