@@ -30,7 +30,6 @@ using Testing::EventRecorder;
 using Testing::LoopbackServer;
 using Testing::TemporaryDirectory;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 using Provider = MultipleSbetPositionAttitudeProvider<Sbet::Reader>;
 
@@ -79,55 +78,58 @@ protected:
     std::map<std::string, std::filesystem::path> paths;
 };
 
-TEST_F(MultipleSbetProvider, TheDayLookupTakesTheFileThatStartsLastBeforeTheTime)
-{
-    add("a", 100.0, 180.0);
-    add("b", 200.0, 300.0);
-    add("c", 250.0, 350.0);
-    const auto provider = open();
-
-    const struct {
+// Three files: a gap between a and b, c overlapping the end of b.
+class ThreeFiles : public MultipleSbetProvider {
+protected:
+    struct Step {
         double gps;
         std::optional<std::string> from;
         Situation counted;
-    } steps[] = {
-        {150.0, "a", Situation::inside},
-        {190.0, std::nullopt, Situation::upper}, // in the gap: the earlier file, above its end
-        {250.0, "c", Situation::inside},         // a start equal to the time is taken
-        {260.0, "c", Situation::inside},
-        {220.0, "b", Situation::inside},
-        {270.0, "b", Situation::inside},        // b still answers where c overlaps it
-        {50.0, std::nullopt, Situation::lower}, // before every file: b stays current
-        {340.0, "c", Situation::inside},
     };
-    for (const auto& step : steps) {
-        expectAnswer(*provider, true, step.gps, step.from, step.counted);
+
+    void SetUp() override
+    {
+        add("a", 100.0, 180.0);
+        add("b", 200.0, 300.0);
+        add("c", 250.0, 350.0);
+        provider = open();
     }
+
+    void run(bool ofDay, const std::vector<Step>& steps)
+    {
+        for (const auto& step : steps) {
+            expectAnswer(*provider, ofDay, step.gps, step.from, step.counted);
+        }
+    }
+
+    std::unique_ptr<Provider> provider;
+};
+
+TEST_F(ThreeFiles, TheDayLookupTakesTheFileThatStartsLastBeforeTheTime)
+{
+    run(true, {
+                  {150.0, "a", Situation::inside},
+                  {190.0, std::nullopt, Situation::upper}, // in the gap: the earlier file, above its end
+                  {250.0, "c", Situation::inside},         // a start equal to the time is taken
+                  {260.0, "c", Situation::inside},
+                  {220.0, "b", Situation::inside},
+                  {270.0, "b", Situation::inside},        // b still answers where c overlaps it
+                  {50.0, std::nullopt, Situation::lower}, // before every file: b stays current
+                  {340.0, "c", Situation::inside},
+              });
     // c stands on its record at 339.5 s, the one before the record at the request.
     EXPECT_EQ(provider->getCurrent()->position.height, contents["c"][179].height);
 }
 
-TEST_F(MultipleSbetProvider, TheWeekLookupMovesToTheLastFileWheneverTheCurrentOneMisses)
+TEST_F(ThreeFiles, TheWeekLookupMovesToTheLastFileWheneverTheCurrentOneMisses)
 {
-    add("a", 100.0, 180.0);
-    add("b", 200.0, 300.0);
-    add("c", 250.0, 350.0);
-    const auto provider = open();
-
-    const struct {
-        double gps;
-        std::optional<std::string> from;
-        Situation counted;
-    } steps[] = {
-        {150.0, "a", Situation::inside},
-        {220.0, std::nullopt, Situation::lower}, // b holds it, but c is taken
-        {340.0, "c", Situation::inside},
-        {150.0, std::nullopt, Situation::lower}, // a is never taken again
-        {260.0, "c", Situation::inside},
-    };
-    for (const auto& step : steps) {
-        expectAnswer(*provider, false, step.gps, step.from, step.counted);
-    }
+    run(false, {
+                   {150.0, "a", Situation::inside},
+                   {220.0, std::nullopt, Situation::lower}, // b holds it, but c is taken
+                   {340.0, "c", Situation::inside},
+                   {150.0, std::nullopt, Situation::lower}, // a is never taken again
+                   {260.0, "c", Situation::inside},
+               });
 }
 
 TEST_F(MultipleSbetProvider, OfTwoFilesStartingTogetherTheLaterInSetOrderIsKept)

@@ -12,12 +12,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <numbers>
-#include <stdexcept>
 #include <string>
-#include <system_error>
 #include <vector>
 
 namespace Kelvo::Geodesy {
@@ -32,7 +31,6 @@ using Testing::LoopbackServer;
 using Testing::TemporaryDirectory;
 using ::testing::Contains;
 using ::testing::IsEmpty;
-using ::testing::Not;
 
 constexpr const char* HEADER = "src/Geodesy/include/Geodesy/SbetPositionAttitudeProvider.h";
 constexpr Core::Event::LoggingEventInfo ROLLING_BACK{1, 24, 23};
@@ -93,27 +91,6 @@ protected:
     Core::FileInfo file{folder.write("run.sbet", Testing::sbetBytes(records))};
 };
 
-TEST_F(SbetProvider, IncreasingRequestsAreInterpolatedBetweenTheRecordsAroundThem)
-{
-    for (const Variant variant : {Variant::week, Variant::day}) {
-        SCOPED_TRACE(nameOf(variant));
-        Provider<Sbet::Reader> provider(file, nullptr, anyAlignment);
-        Maths::IntervalCounter counter;
-        const double requests[] = {START + 0.01, START + 0.1, START + 0.3, START + 0.3, START + 2.71828, START + 9.99};
-        for (const double gps : requests) {
-            SCOPED_TRACE(gps);
-            const auto value = ask(provider, variant, gps, counter);
-            expectValue(value.get(), expectedAt(records, askedGps(variant, gps)));
-            if (variant == Variant::week) {
-                EXPECT_NEAR(value->time.auxiliarySeconds, gpsAdjustedTimeOf(epochSecondsOf(gps)), 1e-6);
-            } else {
-                EXPECT_EQ(value->time.auxiliarySeconds, 0.0);
-            }
-        }
-        EXPECT_EQ(counter, counts(0, std::size(requests), 0));
-    }
-}
-
 TEST_F(SbetProvider, ARequestAtARecordTimeGivesThatRecordWhetherItIsTheLowerOrTheUpperEnd)
 {
     for (const Variant variant : {Variant::week, Variant::day}) {
@@ -143,28 +120,35 @@ TEST_F(SbetProvider, ARequestAtARecordTimeGivesThatRecordWhetherItIsTheLowerOrTh
 
 TEST_F(SbetProvider, IncreasingRequestsReadEachRecordOnceAndRequestsBehindCurrentReadNothing)
 {
-    Provider<CountingSbetReader> provider(file, nullptr, anyAlignment);
-    EXPECT_EQ(CountingSbetReader::records, 2u) << "the first two records";
+    for (const Variant variant : {Variant::week, Variant::day}) {
+        SCOPED_TRACE(nameOf(variant));
+        CountingSbetReader::reset();
+        Provider<CountingSbetReader> provider(file, nullptr, anyAlignment);
+        EXPECT_EQ(CountingSbetReader::records, 2u) << "the first two records";
 
-    // About twenty requests per record, as lidar time stamps come.
-    Maths::IntervalCounter counter;
-    const std::size_t requests = 20 * (records.size() - 1);
-    const double last = timeOf(records.size() - 1);
-    for (std::size_t i = 0; i <= requests; ++i) {
-        const double gps = START + (last - START) * static_cast<double>(i) / static_cast<double>(requests);
-        expectValue(ask(provider, Variant::day, gps, counter).get(), expectedAt(records, gps));
-    }
-    EXPECT_EQ(CountingSbetReader::records, records.size());
-    EXPECT_EQ(CountingSbetReader::rewinds, 1u) << "only the one of construction";
-    EXPECT_EQ(counter, counts(0, requests + 1, 0));
+        // About twenty requests per record, as lidar time stamps come.
+        Maths::IntervalCounter counter;
+        const std::size_t requests = 20 * (records.size() - 1);
+        const double last = timeOf(records.size() - 1);
+        for (std::size_t i = 0; i <= requests; ++i) {
+            const double gps = START + (last - START) * static_cast<double>(i) / static_cast<double>(requests);
+            const auto value = ask(provider, variant, gps, counter);
+            expectValue(value.get(), expectedAt(records, askedGps(variant, gps)));
+            EXPECT_NEAR(value->time.auxiliarySeconds,
+                        variant == Variant::week ? gpsAdjustedTimeOf(epochSecondsOf(gps)) : 0.0, 1e-6);
+        }
+        EXPECT_EQ(CountingSbetReader::records, records.size());
+        EXPECT_EQ(CountingSbetReader::rewinds, 1u) << "only the one of construction";
+        EXPECT_EQ(counter, counts(0, requests + 1, 0));
 
-    // Between the record before `current` and `current`: answered from memory.
-    EXPECT_EQ(provider.getCurrent()->time.secondsInWeek, timeOf(79));
-    for (const double gps : {timeOf(78) + 0.001, timeOf(78) + 0.1, timeOf(79) - 1e-6}) {
-        expectValue(ask(provider, Variant::week, gps, counter).get(), expectedAt(records, askedGps(Variant::week, gps)));
+        // Between the record before `current` and `current`: answered from memory.
+        EXPECT_EQ(provider.getCurrent()->time.secondsInWeek, timeOf(79));
+        for (const double gps : {timeOf(78) + 0.001, timeOf(78) + 0.1, timeOf(79) - 1e-6}) {
+            expectValue(ask(provider, variant, gps, counter).get(), expectedAt(records, askedGps(variant, gps)));
+        }
+        EXPECT_EQ(CountingSbetReader::records, records.size());
+        EXPECT_EQ(CountingSbetReader::rewinds, 1u);
     }
-    EXPECT_EQ(CountingSbetReader::records, records.size());
-    EXPECT_EQ(CountingSbetReader::rewinds, 1u);
 }
 
 TEST_F(SbetProvider, ABackwardRequestBeyondTheBracketRewindsAndReadsTheFileAgain)
@@ -259,28 +243,25 @@ TEST_F(SbetProvider, TimesOutsideTheFileAreEmptyAndCountedBelowOrAbove)
     }
 }
 
-TEST_F(SbetProvider, RequestsThatAreNotNormalNumbersAreReported)
+TEST_F(SbetProvider, RequestsThatAreNotNormalNumbersAreReportedFirst)
 {
     Provider<Sbet::Reader> provider(file, nullptr, anyAlignment);
-    const std::string notNormal = assertText("std::isnormal( seconds ) || seconds == 0.0");
+    Maths::IntervalCounter counter;
     for (const double seconds :
          {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(), 1e-310}) {
         SCOPED_TRACE(seconds);
-        for (const Variant variant : {Variant::week, Variant::day}) {
-            AssertionRecorder recorder;
-            Maths::IntervalCounter counter;
-            if (variant == Variant::week) {
-                provider.getPositionAttitude(seconds, counter);
-            } else {
-                provider.getPositionAttitudeOfDay(seconds, counter);
-            }
-            ASSERT_FALSE(recorder.records().empty());
-            EXPECT_EQ(recorder.records()[0].message, notNormal);
-            EXPECT_EQ(recorder.records()[0].file, HEADER);
-        }
+        AssertionRecorder recorder;
+        provider.getPositionAttitude(seconds, counter);
+        provider.getPositionAttitudeOfDay(seconds, counter);
+        const std::string notNormal = assertText("std::isnormal( seconds ) || seconds == 0.0");
+        const auto messages = recorder.messages();
+        ASSERT_FALSE(messages.empty());
+        EXPECT_EQ(messages[0], notNormal);
+        EXPECT_EQ(recorder.records()[0].file, HEADER);
+        EXPECT_EQ(std::count(messages.begin(), messages.end(), notNormal), 2);
     }
     // Zero is a time like any other: here, below the file.
-    Maths::IntervalCounter counter;
+    counter = {};
     EXPECT_EQ(provider.getPositionAttitudeOfDay(0.0, counter), nullptr);
     EXPECT_EQ(counter, counts(1, 0, 0));
 }
@@ -465,7 +446,7 @@ TEST(SbetProviderOverALiveSource, ReadsAheadAsFarAsAskedButNeverRewinds)
     EXPECT_EQ(provider.getTimeInterval(TimeReference::week), Maths::Interval<double>(2000.0, 2003.5));
 }
 
-TEST(SbetProviderSetUp, KeepsItsOwnCopyOfTheTransformAndLetsReaderErrorsThrough)
+TEST(SbetProviderSetUp, KeepsItsOwnCopyOfTheTransform)
 {
     TemporaryDirectory folder;
     const auto records = Testing::syntheticTrajectory(300.0, 1.0, 3);
@@ -482,10 +463,6 @@ TEST(SbetProviderSetUp, KeepsItsOwnCopyOfTheTransformAndLetsReaderErrorsThrough)
     const auto value = provider->getPositionAttitudeOfDay(300.5 - 18.0, counter);
     EXPECT_NEAR(value->position.height, expectedAt(records, 300.5).height + 100.0, 1e-9);
 
-    EXPECT_THROW(Provider<Sbet::Reader>(folder.write("short.sbet", std::string(137, '\0')), nullptr, anyAlignment),
-                 std::runtime_error);
-    AssertionRecorder recorder;
-    EXPECT_THROW(Provider<Sbet::Reader>(folder.path() / "missing.sbet", nullptr, anyAlignment), std::system_error);
 }
 
 } // namespace

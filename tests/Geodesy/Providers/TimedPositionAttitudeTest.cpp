@@ -6,9 +6,9 @@
 
 #include "Geodesy/TimedPositionAttitude.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <numbers>
 #include <optional>
 #include <string>
@@ -22,8 +22,6 @@ using ProviderTesting::expectValue;
 using Testing::AssertionRecorder;
 using Testing::assertText;
 using Status = Trajectory::Record::Status;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 constexpr double pi = std::numbers::pi;
 
@@ -32,16 +30,6 @@ TimedPositionAttitude valueAt(double seconds, double latitude, double longitude,
 {
     return {GPSTime(seconds, 0.0), LatLonHeight(Maths::Radian(latitude), Maths::Radian(longitude), height),
             Maths::EulerAngles(Maths::Radian(0.01), Maths::Radian(-0.02), Maths::Radian(yaw)), rate, status};
-}
-
-TEST(TimedPositionAttitude, TheShortConstructorHasNoAngularRate)
-{
-    const TimedPositionAttitude value(GPSTime(12.5, 3u), LatLonHeight(Maths::Radian(0.5), Maths::Radian(1.5), 7.0),
-                                      Maths::EulerAngles(Maths::Radian(0.1), Maths::Radian(0.2), Maths::Radian(0.3)),
-                                      Status::NOT_ALIGNED);
-    EXPECT_EQ(value.time.weekNumber, 3u);
-    EXPECT_TRUE(value.angularRate.isNull());
-    EXPECT_EQ(value.status, Status::NOT_ALIGNED);
 }
 
 TEST(TimedPositionAttitude, FromSbetTurnsTheRatesIntoNedAndTheHeadingIntoTheTrueHeading)
@@ -68,20 +56,12 @@ TEST(TimedPositionAttitude, FromSbetTurnsTheRatesIntoNedAndTheHeadingIntoTheTrue
     EXPECT_NEAR(value->angularRate.x, 0.2 * c - 0.1 * 0.5, 1e-15);
     EXPECT_NEAR(value->angularRate.y, -0.2 * 0.5 - 0.1 * c, 1e-15);
     EXPECT_EQ(value->angularRate.z, -0.05);
-}
 
-TEST(TimedPositionAttitude, FromSbetKeepsTheDifferenceOfHeadingAndWanderAngleUnwrapped)
-{
-    const struct {
-        double heading;
-        double wander;
-        double yaw;
-    } cases[] = {{0.1, 0.3, -0.2}, {-3.1, 0.2, -3.3}, {3.1, -0.2, 3.3}};
-    for (const auto& c : cases) {
-        auto record = Testing::syntheticRecord(10.0);
-        record.heading = c.heading;
-        record.wanderAngle = c.wander;
-        EXPECT_NEAR(TimedPositionAttitude::fromSbet(record, nullptr)->attitude.getYaw(), c.yaw, 1e-15) << c.heading;
+    // The true heading is not wrapped.
+    for (const auto [heading, wander, yaw] : {std::array{0.1, 0.3, -0.2}, {-3.1, 0.2, -3.3}, {3.1, -0.2, 3.3}}) {
+        record.heading = heading;
+        record.wanderAngle = wander;
+        EXPECT_NEAR(TimedPositionAttitude::fromSbet(record, nullptr)->attitude.getYaw(), yaw, 1e-15) << heading;
     }
 }
 
@@ -137,11 +117,6 @@ TEST(TimedPositionAttitude, InterpolateBlendsEveryQuantityLinearly)
         expectValue(value.get(), ProviderTesting::blend(expectedOf(first), expectedOf(second), k));
         EXPECT_EQ(value->time.auxiliarySeconds, 1234.5);
     }
-    // k = 0 gives the first value exactly.
-    const auto start = TimedPositionAttitude::interpolate(*a, *b, 0.0, 0.0);
-    EXPECT_EQ(start->position, a->position);
-    EXPECT_EQ(start->angularRate, a->angularRate);
-    EXPECT_EQ(start->time.secondsInWeek, a->time.secondsInWeek);
 }
 
 TEST(TimedPositionAttitude, InterpolateBlendsLongitudesAsPlainNumbersAndDropsWeekNumbers)
