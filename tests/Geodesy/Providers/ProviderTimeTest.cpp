@@ -89,8 +89,10 @@ TEST(ProviderTime, GivesTheValuesAndReportsOfTheLibraryConversions)
 
 TEST(ProviderTime, TheWeekRequestShortcutHoldsWhereverItIsTaken)
 {
-    std::vector<double> inputs = {1315964782.0, 1315964782.0 + 0x1p-22, 1719100800.0, 1719446400.0 - 18.0,
-                                  1719446400.0 - 19.0, 1719446400.0 - 19.0 - 0x1p-22, 2146999999.0, 2147000000.0};
+    // 1719705582 is the end of a GPS week (UTC Sunday 2024-06-30 00:00:00 minus 18 s).
+    std::vector<double> inputs = {1315964782.0,          1315964782.0 + 0x1p-22, 1719100800.0, 1719705582.0,
+                                  1719705581.0,          1719705581.0 + 0x1p-22, 1719705582.0 - 0x1p-22,
+                                  1719705582.0 + 0x1p-22, 2146999999.0,          2147000000.0};
     std::mt19937_64 random(11);
     std::uniform_real_distribution<double> epochs(1.2e9, 2.2e9);
     for (int i = 0; i < 20000; ++i) {
