@@ -13,8 +13,8 @@ std::unique_ptr<TimedPositionAttitude> TimedPositionAttitude::fromSbet(const Tra
 {
     constexpr double pi = std::numbers::pi;
 
-    // The body rates are given in the wander-azimuth frame (x along the platform's wander
-    // azimuth, z up); rotating by the wander angle and flipping z gives north-east-down.
+    // The record's rates are turned about the vertical by the wander angle into north and
+    // east axes; z counts up, so down is its opposite.
     const double cosWander = std::cos(record.wanderAngle);
     const double sinWander = std::sin(record.wanderAngle);
     const Maths::PositionVector3 angularRate(record.angularRateX * cosWander - record.angularRateY * sinWander,
