@@ -4,7 +4,9 @@
 #include "Maths/MathsExport.h"
 #include "Maths/Radian.h"
 
+#include <cmath>
 #include <iosfwd>
+#include <numbers>
 
 namespace Kelvo::Maths {
 
@@ -35,7 +37,12 @@ public:
     /// The attitude at fraction k from this (k = 0) towards `other` (k = 1). Each angle moves
     /// along the shorter arc and the result is wrapped into [-pi, pi), so a heading going
     /// from +179 deg to -179 deg passes through 180 deg, not through 0.
-    EulerAngles interpolate(const EulerAngles& other, double k) const;
+    /// Inline: position/attitude lookups blend millions of attitudes.
+    EulerAngles interpolate(const EulerAngles& other, double k) const
+    {
+        return {Radian(interpolateAngle(roll, other.roll, k)), Radian(interpolateAngle(pitch, other.pitch, k)),
+                Radian(interpolateAngle(yaw, other.yaw, k))};
+    }
 
     bool operator==(const EulerAngles& other) const
     {
@@ -43,6 +50,26 @@ public:
     }
 
 private:
+    // Into [-pi, pi); values already there are returned untouched, bit for bit.
+    static double wrap(double angle)
+    {
+        constexpr double pi = std::numbers::pi;
+        if (angle >= -pi && angle < pi) {
+            return angle;
+        }
+        return angle - 2.0 * pi * std::floor((angle + pi) / (2.0 * pi));
+    }
+
+    static double interpolateAngle(double from, double to, double k)
+    {
+        constexpr double pi = std::numbers::pi;
+        double difference = to - from;
+        if (difference > pi || difference < -pi) {
+            difference = std::remainder(difference, 2.0 * pi);
+        }
+        return wrap(from + difference * k);
+    }
+
     Radian roll;
     Radian pitch;
     Radian yaw;

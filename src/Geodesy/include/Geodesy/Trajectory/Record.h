@@ -20,6 +20,10 @@ struct Record {
         /// A complete, usable record.
         VALID = 2,
     };
+    /// The statuses under shorter names, as in `record.status != Record::INVALID`.
+    static constexpr Status INVALID = Status::INVALID;
+    static constexpr Status NOT_ALIGNED = Status::NOT_ALIGNED;
+    static constexpr Status VALID = Status::VALID;
 
     Status status;
     double time;
