@@ -5,6 +5,7 @@
 #include "TimeText.h"
 
 #include <sstream>
+#include <vector>
 
 #include <unistd.h>
 
@@ -75,6 +76,34 @@ void runDemo(Context& context)
     infoOptions.week = survey.week;
     runInfo(infoOptions, infoContext);
     indented(out, info.str(), folder.path);
+
+    out << "\n3. Where the vehicle was, and how it was oriented (kelvo-geodesy at survey.sbet --every 15 --week "
+        << survey.week << ")\n";
+    std::ostringstream csv;
+    Context atContext{csv, context.err, false};
+    AtOptions atOptions;
+    atOptions.files = {survey.sbet};
+    atOptions.every = 15.0;
+    atOptions.week = survey.week;
+    runAt(atOptions, atContext);
+    out << "    UTC time   latitude [deg]  longitude [deg]  height [m]  roll [deg]  pitch [deg]  yaw [deg]\n";
+    std::istringstream rows(csv.str());
+    std::string row;
+    std::getline(rows, row); // the header
+    while (std::getline(rows, row)) {
+        std::vector<double> values;
+        std::istringstream cells(row);
+        for (std::string cell; std::getline(cells, cell, ',');) {
+            values.push_back(parseDouble(cell).value_or(0.0));
+        }
+        out << "    " << calendarText(values[0], 0).substr(11) << fixedWidth(values[1], 16, 7)
+            << fixedWidth(values[2], 17, 7) << fixedWidth(values[3], 12, 2) << fixedWidth(values[4], 12, 2)
+            << fixedWidth(values[5], 13, 2) << fixedWidth(values[6], 11, 1) << '\n';
+    }
+    out << "\n    The vehicle stands, then turns by 90 degrees after each straight run (yaw), leans out of\n"
+           "    the turns (roll) and pitches over gentle hills.\n\n"
+           "Next: 'kelvo-geodesy --help' lists every subcommand; 'kelvo-geodesy simulate DIR' writes a\n"
+           "survey like this one to try them on.\n";
 }
 
 } // namespace Kelvo::Tool
