@@ -105,6 +105,14 @@ void addOutput(CLI::App& app, std::optional<Path>& output)
         ->type_name("FILE");
 }
 
+/// How the answers of at and gnss are written.
+void addAnswerOptions(CLI::App& app, bool& json, bool& keepMissing, std::optional<Path>& output)
+{
+    app.add_flag("--json", json, "write a JSON array instead of CSV");
+    app.add_flag("--keep-missing", keepMissing, "write a row for times without a value too");
+    addOutput(app, output);
+}
+
 /// An option whose value is one of the names of `choices` (in any letter case).
 template <typename T>
 CLI::Option* addChoice(CLI::App& app, const std::string& name, const std::map<std::string, T>& choices,
@@ -204,9 +212,7 @@ void defineAt(CLI::App& app, Commands& c)
     sub->add_flag("--day", c.at.day, "times are UTC seconds of the day");
     addWeek(*sub, c.at.week);
     addAlignment(*sub, c.at.alignment);
-    sub->add_flag("--json", c.at.json, "write a JSON array instead of CSV");
-    sub->add_flag("--keep-missing", c.at.keepMissing, "write a row for times without a value too");
-    addOutput(*sub, c.at.output);
+    addAnswerOptions(*sub, c.at.json, c.at.keepMissing, c.at.output);
     c.runners.emplace_back(sub, [&c](Context& context) {
         c.at.files = paths(c.files);
         runAt(c.at, context);
@@ -224,9 +230,7 @@ void defineGnss(CLI::App& app, Commands& c)
     sow->excludes(every);
     addNumber(*sub, "--velocity-threshold", c.gnss.velocityThreshold,
               "speed [m/s] from which a record counts as moving (used time interval)");
-    sub->add_flag("--json", c.gnss.json, "write a JSON array instead of CSV");
-    sub->add_flag("--keep-missing", c.gnss.keepMissing, "write a row for times without a value too");
-    addOutput(*sub, c.gnss.output);
+    addAnswerOptions(*sub, c.gnss.json, c.gnss.keepMissing, c.gnss.output);
     c.runners.emplace_back(sub, [&c](Context& context) {
         c.gnss.file = c.file;
         runGnss(c.gnss, context);

@@ -48,8 +48,18 @@ PositionVector3 nedOffset(const VehicleState& from, const VehicleState& to)
 
 double angleDifference(double a, double b) { return std::remainder(a - b, 2 * pi); }
 
-/// Times that sample standing, speeding up, straight runs and the middle of turns.
-std::vector<double> sampleTimes(const SurveySimulator& simulator)
+/// The states just before, at and just after a time.
+struct Neighbourhood {
+    double time;
+    VehicleState before;
+    VehicleState now;
+    VehicleState after;
+    double step;
+};
+
+/// Neighbourhoods of times that sample standing, speeding up, straight runs and the middle of
+/// turns, `step` seconds wide on each side.
+std::vector<Neighbourhood> samples(SurveySimulator& simulator, double step = 1e-3)
 {
     std::vector<double> times{5.0, simulator.departure() + 2.0, 60.0, simulator.arrival() - 3.0};
     for (const auto& turn : simulator.turns()) {
@@ -57,7 +67,14 @@ std::vector<double> sampleTimes(const SurveySimulator& simulator)
         times.push_back((turn.start + turn.end) / 2);
     }
     std::sort(times.begin(), times.end());
-    return times;
+    std::vector<Neighbourhood> result;
+    for (const double t : times) {
+        // In increasing time order, as the simulator integrates forward.
+        const VehicleState before = simulator.stateAt(t - step);
+        const VehicleState now = simulator.stateAt(t);
+        result.push_back({t, before, now, simulator.stateAt(t + step), step});
+    }
+    return result;
 }
 
 TEST(SimulatorTest, DriveStandsThenTurnsInALawnMowerPatternThenStands)
@@ -91,12 +108,8 @@ TEST(SimulatorTest, DriveStandsThenTurnsInALawnMowerPatternThenStands)
 TEST(SimulatorTest, VelocityIsTheRateOfChangeOfThePosition)
 {
     SurveySimulator simulator(300.0, SITE, 0.3);
-    const double h = 1e-3;
-    for (const double t : sampleTimes(simulator)) {
+    for (const auto& [t, before, now, after, h] : samples(simulator)) {
         SCOPED_TRACE(t);
-        const VehicleState before = simulator.stateAt(t - h);
-        const VehicleState now = simulator.stateAt(t);
-        const VehicleState after = simulator.stateAt(t + h);
         const PositionVector3 rate = nedOffset(before, after) * (1.0 / (2 * h));
         EXPECT_NEAR(rate.x, now.velocity.x, 1e-4);
         EXPECT_NEAR(rate.y, now.velocity.y, 1e-4);
@@ -107,13 +120,8 @@ TEST(SimulatorTest, VelocityIsTheRateOfChangeOfThePosition)
 TEST(SimulatorTest, SpecificForceAndBodyRatesAreThoseOfTheMotion)
 {
     SurveySimulator simulator(300.0, SITE, 0.3);
-    const double h = 1e-3;
-    for (const double t : sampleTimes(simulator)) {
+    for (const auto& [t, before, now, after, h] : samples(simulator)) {
         SCOPED_TRACE(t);
-        const VehicleState before = simulator.stateAt(t - h);
-        const VehicleState now = simulator.stateAt(t);
-        const VehicleState after = simulator.stateAt(t + h);
-
         // Acceleration minus gravity, in NED; Coriolis terms are below 2e-3 m/s^2 at 10 m/s.
         const double gravity = Geodesy::CoordinateSystem::computeGravity(now.position);
         const PositionVector3 acceleration = (after.velocity - before.velocity) * (1.0 / (2 * h));
