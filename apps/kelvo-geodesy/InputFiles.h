@@ -61,8 +61,9 @@ struct SmrmsgProbe {
 /// Reads an SMRMSG file through, with the same kind of checks as probeTrajectory.
 SmrmsgProbe probeSmrmsg(const std::filesystem::path& path);
 
-/// Checks the size of a binary file of `recordSize`-byte records: empty or not a whole
-/// number of records is an InputError.
+/// The number of records of a binary file of `format` (SBET, raw APX or SMRMSG), after
+/// checkReadableFile. A size that is not a whole number of records is an InputError
+/// ("truncated: ..."), with a hint when the size would fit SMRMSG records.
 std::uint64_t checkRecordSize(const std::filesystem::path& path, FileFormat format);
 
 } // namespace Kelvo::Tool

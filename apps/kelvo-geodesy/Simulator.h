@@ -61,7 +61,7 @@ private:
     double heading(double t) const;
     double headingRate(double t) const;
     double headingAcceleration(double t) const;
-    /// Latitude and longitude rates [rad/s] at time t and latitude/longitude `at`.
+    /// Latitude and longitude rates [rad/s] at time `t` and latitude `latitude` [rad].
     std::pair<double, double> positionRates(double t, double latitude) const;
     void integrateTo(double time);
 
