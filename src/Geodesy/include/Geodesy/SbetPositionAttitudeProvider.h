@@ -74,7 +74,7 @@ inline double utcSecsOfEpochToSecsOfWeek(double utcSecsOfEpoch)
 /// utcSecsOfEpochToGpsAdjustedTime(utc). False, with nothing computed, when either would
 /// report something or when the shortcut below does not hold.
 ///
-/// The shortcut: from 2021-09 (GPS adjusted time > 0) to 2038-01 a request carries 2^-22 s,
+/// The shortcut: from 2011-09 (GPS adjusted time > 0) to 2038-01 a request is a multiple of 2^-22 s,
 /// so that every sum the library forms of it is exact, and the GPS time is exactly
 /// utc + 18 - 315964800; while its GPS second of the week stays a second clear of the end of
 /// the week, the library's week count and reduction see the same whole weeks. Its GPS
