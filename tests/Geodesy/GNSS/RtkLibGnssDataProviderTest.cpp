@@ -71,6 +71,7 @@ TEST(RtkLibGnssDataProvider, AnswersInsideTheUsedIntervalOnly)
                                                                   + dataLine(102.0, 2.0) + dataLine(105.0, 2.0)
                                                                   + dataLine(106.0) + dataLine(107.0)),
                                     1.0);
+    EXPECT_EQ(provider.getTimeInterval(), Maths::Interval<double>(101.0, 105.0));
     for (const double seconds : {0.0, 100.5, 101.0 - 1e-6, 105.0 + 1e-6, 106.5}) {
         EXPECT_EQ(provider.getGnssData(seconds), nullptr) << seconds;
     }

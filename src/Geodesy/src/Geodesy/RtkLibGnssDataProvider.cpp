@@ -25,6 +25,12 @@ bool RtkLibGnssDataProvider::endOfFile()
     return !reader || reader->endOfFile();
 }
 
+Maths::Interval<double> RtkLibGnssDataProvider::getTimeInterval() const
+{
+    CORE_ASSERT(reader);
+    return reader ? reader->getTimeInterval() : Maths::Interval<double>{};
+}
+
 const GnssData* RtkLibGnssDataProvider::getCurrentGnssData()
 {
     CORE_ASSERT(current);

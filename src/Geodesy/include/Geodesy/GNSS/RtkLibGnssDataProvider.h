@@ -4,6 +4,7 @@
 #include "Core/FileInfo.h"
 #include "Geodesy/GNSS/GnssDataProvider.h"
 #include "Geodesy/GeodesyExport.h"
+#include "Maths/Interval.h"
 
 #include <memory>
 
@@ -37,6 +38,11 @@ public:
 
     /// True when the reader has nothing left to read. Asserts "reader".
     bool endOfFile();
+
+    /// The file's used time interval [GPS s of week]: from the first to the last record
+    /// moving at the velocity threshold or faster. Asserts "reader" and, through the reader,
+    /// that the interval is valid.
+    Maths::Interval<double> getTimeInterval() const;
 
 private:
     void restart();
