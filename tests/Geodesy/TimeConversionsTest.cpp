@@ -9,6 +9,7 @@
 #include <chrono>
 #include <cstdint>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace Kelvo::Geodesy {
@@ -41,11 +42,8 @@ struct CalendarTime {
 // rollovers (GPS time 1999-08-22 00:00 and 2019-04-07 00:00), plus later dates whose week was
 // published in GPS calendars. With the library's fixed 18 s offset the GPS time of the UTC
 // instant is the week start plus 18 s plus the time into the week.
-struct KnownWeek {
-    CalendarTime utc;
-    std::int64_t week;
-    std::int64_t secondsIntoWeek; // UTC seconds since the start of that GPS week's Sunday
-};
+// secondsIntoWeek: UTC seconds since the start of that GPS week's Sunday.
+struct KnownWeek { CalendarTime utc; std::int64_t week; std::int64_t secondsIntoWeek; };
 
 const std::vector<KnownWeek> knownWeeks = {
     {{1980y / January / 6, 0s}, 0, 0},
@@ -112,13 +110,7 @@ TEST(TimeConversions, RoundTripsAndDecompositionsOverDecades)
 
 TEST(TimeConversions, NegativeInputsAreReportedAndStillConverted)
 {
-    struct Case {
-        double (*function)(double);
-        double argument;
-        double result;
-        std::vector<std::string> reports;
-    };
-    const std::vector<Case> cases = {
+    const std::tuple<double (*)(double), double, double, std::vector<std::string>> cases[] = {
         {utcToGps, -1.0, 17.0, {assertText("seconds >= 0.0")}},
         {gpsToUtc, -1.0, -19.0, {assertText("seconds >= 0.0")}},
         {secsOfWeekToSecsOfDay, -86401.0, -1.0, {assertText("secs >= 0.0"), assertText("result >= 0.0")}},
@@ -130,33 +122,24 @@ TEST(TimeConversions, NegativeInputsAreReportedAndStillConverted)
         EXPECT_THAT(recorder.messages(), ElementsAreArray(reports)) << argument;
         EXPECT_EQ(recorder.records()[0].file, "src/Geodesy/src/Geodesy/GPSTime.cpp");
     }
-}
-
-TEST(TimeConversions, UtcBeforeTheGpsEpochIsReported)
-{
+    // UTC before the GPS epoch, and before GPS adjusted time 0.
     AssertionRecorder recorder;
     utcSecsOfEpochToGpsTime(0.0);
-    EXPECT_THAT(recorder.messages(), ElementsAre(assertText("seconds >= 0.0"), assertText("result >= 0")));
-    recorder.clear();
     utcSecsOfEpochToGpsAdjustedTime(315964800.0);
-    EXPECT_THAT(recorder.messages(), ElementsAre(assertText("result > 0")));
+    EXPECT_THAT(recorder.messages(),
+                ElementsAre(assertText("seconds >= 0.0"), assertText("result >= 0"), assertText("result > 0")));
 }
 
 TEST(TimeConversions, GpsSecondsOfWeekToUtcSecondsOfDayReportsItsDesignedEdges)
 {
     const std::string fmodCheck = assertText("result == std::fmod( utcSecsOfWeek, SECONDS_IN_DAY() )");
     const std::string upperCheck = assertText("result < SECONDS_IN_DAY() - GPS_LEAP_SECONDS()");
-    struct Case {
-        double gpsSecondsOfWeek;
-        double utcSecondsOfDay;
-        std::vector<std::string> reports;
-    };
-    const std::vector<Case> cases = {
+    const std::tuple<double, double, std::vector<std::string>> cases[] = {
         {86418.0, 0.0, {}},
         {18.0, 0.0, {}},
         {604799.0, 86381.0, {}},
         {86399.0, 86381.0, {}},
-        {86400.0, 86382.0, {upperCheck}},   // the last 18 s of a UTC day
+        {86400.0, 86382.0, {upperCheck}}, // the last 18 s of a UTC day
         {86417.5, 86399.5, {upperCheck}},
         {10.0, 86392.0, {fmodCheck, upperCheck}}, // the first 18 s of a GPS week
         {604800.0, 86382.0, {assertText("gpsSecsOfWeek < SECONDS_IN_WEEK()"), upperCheck}},
@@ -170,54 +153,31 @@ TEST(TimeConversions, GpsSecondsOfWeekToUtcSecondsOfDayReportsItsDesignedEdges)
 
 TEST(TimeConversions, WeekIntervalMembershipWrapsOverTheEndOfTheWeek)
 {
-    struct Case {
-        double first;
-        double second;
-        double time;
-        bool inside;
-        bool before;
-    };
-    const Case cases[] = {
-        {100, 200, 200, true, false},
-        {100, 200, 100, true, false},
-        {100, 200, 99.999, false, true},
-        {100, 200, 250, false, false},
-        {100, 200, 50, false, true},        // gap middle c = 302550: [302550, 100) precedes
-        {100, 200, 600000, false, true},
-        {100, 200, 302549, false, false},
-        {100, 200, 302550, false, true},
-        {1000, 2000, 500, false, true},
-        {1000, 2000, 2500, false, false},
-        {1000, 2000, 1000, true, false},
-        {604000, 100, 604500, true, false}, // wrapped interval
-        {604000, 100, 50, true, false},
-        {604000, 100, 300, false, false},   // c = 302050: after the interval's end
-        {604000, 100, 302050, false, true},
-        {604000, 100, 603999, false, true},
-        {500, 500, 500, true, true},        // equal bounds count as wrapped: the whole week
+    // Interval, time, inside, before. Outside the interval, the half of the gap from its middle
+    // to the interval's start counts as before it (for 100..200 the middle is 302550).
+    const std::tuple<double, double, double, bool, bool> cases[] = {
+        {100, 200, 200, true, false},      {100, 200, 100, true, false},      {100, 200, 99.999, false, true},
+        {100, 200, 250, false, false},     {100, 200, 50, false, true},       {100, 200, 600000, false, true},
+        {100, 200, 302549, false, false},  {100, 200, 302550, false, true},   {1000, 2000, 500, false, true},
+        {1000, 2000, 2500, false, false},  {1000, 2000, 1000, true, false},
+        // Wrapped intervals; equal bounds count as wrapped: the whole week.
+        {604000, 100, 604500, true, false}, {604000, 100, 50, true, false},     {604000, 100, 300, false, false},
+        {604000, 100, 302050, false, true}, {604000, 100, 603999, false, true}, {500, 500, 500, true, true},
         {500, 500, 7, true, true},
     };
-    for (const auto& c : cases) {
-        const Maths::Interval<double> interval(c.first, c.second);
-        EXPECT_EQ(isInGpsWeekInterval(interval, c.time), c.inside) << c.first << ".." << c.second << " @ " << c.time;
-        EXPECT_EQ(isBeforeGpsWeekInterval(interval, c.time), c.before)
-            << c.first << ".." << c.second << " @ " << c.time;
+    for (const auto& [first, second, time, inside, before] : cases) {
+        SCOPED_TRACE(::testing::Message() << first << ".." << second << " @ " << time);
+        EXPECT_EQ(isInGpsWeekInterval(Maths::Interval<double>(first, second), time), inside);
+        EXPECT_EQ(isBeforeGpsWeekInterval(Maths::Interval<double>(first, second), time), before);
     }
 }
 
 TEST(TimeConversions, UtcIntervalToGpsWeekWrapsOrCoversTheWholeWeek)
 {
     const double weekStart = 315964800.0 + 604800.0 * 2100 - 18.0; // GPS second 0 of week 2100
-    struct Case {
-        double first;
-        double second;
-        Maths::Interval<double> expected;
-    };
-    const Case cases[] = {
-        {weekStart + 10, weekStart + 70, {10, 70}},
-        {weekStart + 70, weekStart + 10, {10, 70}},
-        {weekStart - 30, weekStart + 30, {604770, 30}},
-        {weekStart, weekStart + 604800, {0, 604800}},
+    const std::tuple<double, double, Maths::Interval<double>> cases[] = {
+        {weekStart + 10, weekStart + 70, {10, 70}},      {weekStart + 70, weekStart + 10, {10, 70}},
+        {weekStart - 30, weekStart + 30, {604770, 30}},  {weekStart, weekStart + 604800, {0, 604800}},
         {weekStart + 604800.5, weekStart, {0, 604800}},
     };
     for (const auto& [first, second, expected] : cases) {
