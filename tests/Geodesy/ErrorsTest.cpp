@@ -27,16 +27,15 @@ using ::testing::ElementsAre;
 TEST(GeodesyErrors, PackageIsRegisteredWhileTheLibraryIsLoaded)
 {
     ASSERT_TRUE(ErrorIdentifierFactory::isRegistered(PackageIdentifier::GEODESY));
-    AssertionRecorder recorder;
     const auto identifier = ErrorIdentifierFactory::create(PackageIdentifier::GEODESY, 0);
     ASSERT_NE(identifier, nullptr);
     EXPECT_EQ(static_cast<unsigned>(identifier->getPackage()), 24u);
     EXPECT_EQ(identifier->getErrorId(), 0u);
     EXPECT_NE(dynamic_cast<const ErrorManagement::PackageIdEnumErrorIdentifier*>(identifier.get()), nullptr);
-    EXPECT_TRUE(recorder.records().empty());
 
     // Numbers from LAST_ERROR on are reported but still made.
     EXPECT_EQ(ErrorManagement::LAST_ERROR, 1u);
+    AssertionRecorder recorder;
     const auto last = ErrorIdentifierFactory::create(PackageIdentifier::GEODESY, 1);
     ASSERT_NE(last, nullptr);
     EXPECT_EQ(last->getErrorId(), 1u);

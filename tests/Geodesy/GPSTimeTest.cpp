@@ -18,7 +18,6 @@ using Testing::AssertionRecorder;
 using Testing::assertText;
 using Testing::neverText;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
@@ -74,7 +73,6 @@ TEST(GPSTime, SubtractionGivesWholeSecondsTruncatedTowardZeroAndReportsOverflow)
 
 TEST(GPSTime, ToUtcInBothReferencesAndAtCompileTime)
 {
-    AssertionRecorder recorder;
     EXPECT_EQ(GPSTime(18.0, 0u).toUtc(TimeReference::week), 0.0);
     EXPECT_EQ(GPSTime(86418.0, 0u).toUtc(TimeReference::day), 0.0);
     EXPECT_EQ(GPSTime(3 * 86400.0 + 3618.5, 0u).toUtc(TimeReference::day), 3600.5);
@@ -83,9 +81,9 @@ TEST(GPSTime, ToUtcInBothReferencesAndAtCompileTime)
         EXPECT_EQ(time.toUtc<TimeReference::week>(), time.toUtc(TimeReference::week));
         EXPECT_EQ(time.toUtc<TimeReference::day>(), time.toUtc(TimeReference::day));
     }
-    EXPECT_THAT(recorder.messages(), IsEmpty());
 
     // An unknown reference reports twice and gives a signalling NaN.
+    AssertionRecorder recorder;
     const double unknown = GPSTime(100.0, 0u).toUtc(static_cast<TimeReference>(7));
     EXPECT_EQ(std::bit_cast<std::uint64_t>(unknown), 0x7FF0000000000001u);
     EXPECT_THAT(recorder.messages(),
