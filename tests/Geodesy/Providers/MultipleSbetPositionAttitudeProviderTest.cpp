@@ -13,7 +13,6 @@
 #include <gtest/gtest.h>
 
 #include <map>
-#include <optional>
 #include <set>
 #include <string>
 #include <system_error>
@@ -36,20 +35,14 @@ using Provider = MultipleSbetPositionAttitudeProvider<Sbet::Reader>;
 // above the synthetic trajectory, "b" 2000 m, and so on.
 class MultipleSbetProvider : public ::testing::Test {
 protected:
-    struct Step {
-        double gps;
-        std::optional<std::string> from; // the file whose records answer, or none
-        Situation counted;
-    };
-
-    void add(const std::string& name, double start, double end)
+    const std::vector<Trajectory::Record>* add(const std::string& name, double start, double end)
     {
         auto records = Testing::syntheticTrajectory(start, 0.5, static_cast<std::size_t>((end - start) / 0.5) + 1);
         for (auto& record : records) {
             record.height += 1000.0 * (name[0] - 'a' + 1);
         }
-        contents[name] = records;
         files.insert(Core::FileInfo(folder.write(name + ".sbet", Testing::sbetBytes(records))));
+        return &(contents[name] = records);
     }
 
     std::unique_ptr<Provider> open()
@@ -57,70 +50,45 @@ protected:
         return std::make_unique<Provider>(files.begin(), files.end(), nullptr, anyAlignment);
     }
 
-    // Asks in turn for each GPS second of week (in the first day of the week), by day or by
-    // the time since the Unix epoch.
-    void expectAnswers(Provider& provider, bool ofDay, const std::vector<Step>& steps)
-    {
-        for (const auto& [gps, from, counted] : steps) {
-            SCOPED_TRACE(gps);
-            EventRecorder rewinds;
-            Maths::IntervalCounter counter;
-            const auto value = ofDay ? provider.getPositionAttitudeOfDay(gps - 18.0, counter)
-                                     : provider.getPositionAttitude(epochSecondsOf(gps), counter);
-            if (from) {
-                SCOPED_TRACE("from " + *from);
-                expectValue(value.get(), expectedAt(contents.at(*from), gps));
-            } else {
-                EXPECT_EQ(value, nullptr);
-            }
-            Maths::IntervalCounter expected;
-            expected[counted] = 1;
-            EXPECT_EQ(counter, expected);
-        }
-    }
-
-    // Three files: a gap between a and b, c overlapping the end of b.
-    std::unique_ptr<Provider> openThreeFiles()
-    {
-        add("a", 100.0, 180.0);
-        add("b", 200.0, 300.0);
-        add("c", 250.0, 350.0);
-        return open();
-    }
-
     Testing::TemporaryDirectory folder;
     std::set<Core::FileInfo> files;
     std::map<std::string, std::vector<Trajectory::Record>> contents;
 };
 
-TEST_F(MultipleSbetProvider, TheDayLookupTakesTheFileThatStartsLastBeforeTheTime)
+// Three files: a gap between a and b, c overlapping the end of b.
+class ThreeFiles : public MultipleSbetProvider {
+protected:
+    const std::vector<Trajectory::Record>* a = add("a", 100.0, 180.0);
+    const std::vector<Trajectory::Record>* b = add("b", 200.0, 300.0);
+    const std::vector<Trajectory::Record>* c = add("c", 250.0, 350.0);
+    std::unique_ptr<Provider> provider = open();
+};
+
+TEST_F(ThreeFiles, TheDayLookupTakesTheFileThatStartsLastBeforeTheTime)
 {
-    const auto provider = openThreeFiles();
-    expectAnswers(*provider, true,
-                  {
-                      {150.0, "a", Situation::inside},
-                      {190.0, std::nullopt, Situation::upper}, // in the gap: the earlier file, above its end
-                      {250.0, "c", Situation::inside},         // a start equal to the time is taken
-                      {260.0, "c", Situation::inside},
-                      {220.0, "b", Situation::inside},
-                      {270.0, "b", Situation::inside},        // b still answers where c overlaps it
-                      {50.0, std::nullopt, Situation::lower}, // before every file: b stays current
-                      {340.0, "c", Situation::inside},
-                  });
+    expectSteps(byDay(*provider), {
+                                      {150.0, a, Situation::inside},
+                                      {190.0, nullptr, Situation::upper}, // in the gap: the earlier file, above its end
+                                      {250.0, c, Situation::inside},      // a start equal to the time is taken
+                                      {260.0, c, Situation::inside},
+                                      {220.0, b, Situation::inside},
+                                      {270.0, b, Situation::inside},     // b still answers where c overlaps it
+                                      {50.0, nullptr, Situation::lower}, // before every file: b stays current
+                                      {340.0, c, Situation::inside},
+                                  });
     // c stands on its record at 339.5 s, the one before the record at the request.
-    EXPECT_EQ(provider->getCurrent()->position.height, contents["c"][179].height);
+    EXPECT_EQ(provider->getCurrent()->position.height, (*c)[179].height);
 }
 
-TEST_F(MultipleSbetProvider, TheWeekLookupMovesToTheLastFileWheneverTheCurrentOneMisses)
+TEST_F(ThreeFiles, TheWeekLookupMovesToTheLastFileWheneverTheCurrentOneMisses)
 {
-    expectAnswers(*openThreeFiles(), false,
-                  {
-                      {150.0, "a", Situation::inside},
-                      {220.0, std::nullopt, Situation::lower}, // b holds it, but c is taken
-                      {340.0, "c", Situation::inside},
-                      {150.0, std::nullopt, Situation::lower}, // a is never taken again
-                      {260.0, "c", Situation::inside},
-                  });
+    expectSteps(byEpoch(*provider), {
+                                        {150.0, a, Situation::inside},
+                                        {220.0, nullptr, Situation::lower}, // b holds it, but c is taken
+                                        {340.0, c, Situation::inside},
+                                        {150.0, nullptr, Situation::lower}, // a is never taken again
+                                        {260.0, c, Situation::inside, 1},   // behind c's bracket: a rewind
+                                    });
 }
 
 TEST_F(MultipleSbetProvider, OfFilesStartingTogetherTheLastInSetOrderIsKeptAndTheOthersAreLogged)
@@ -128,8 +96,8 @@ TEST_F(MultipleSbetProvider, OfFilesStartingTogetherTheLastInSetOrderIsKeptAndTh
     add("a", 2000.0, 2010.0);
     add("b", 2000.0, 2005.0);
     // A live source, named after both in set order; its stream ends at 2002 s.
-    contents["z"] = Testing::syntheticTrajectory(2000.0, 0.5, 5);
-    const auto bytes = Testing::sbetBytes(contents["z"]);
+    const auto live = Testing::syntheticTrajectory(2000.0, 0.5, 5);
+    const auto bytes = Testing::sbetBytes(live);
     LoopbackServer server([&](int socket) { LoopbackServer::send(socket, bytes); });
     const auto remotePath = folder.path() / "z.sbet";
     files.insert(Core::FileInfo::remote(remotePath, "127.0.0.1", server.port(), 5000));
@@ -144,7 +112,7 @@ TEST_F(MultipleSbetProvider, OfFilesStartingTogetherTheLastInSetOrderIsKeptAndTh
                 ElementsAre(sameStart((folder.path() / "b.sbet").string()),
                             sameStart(remotePath.string() + "@127.0.0.1:" + std::to_string(server.port())
                                       + "&timeout=5000")));
-    expectAnswers(*provider, true, {{2001.25, "z", Situation::inside}, {2008.0, std::nullopt, Situation::upper}});
+    expectSteps(byDay(*provider), {{2001.25, &live, Situation::inside}, {2008.0, nullptr, Situation::upper}});
 }
 
 TEST_F(MultipleSbetProvider, NoFileIsReportedAndAnsweredByNothing)

@@ -4,9 +4,13 @@
 // a provider asks of it.
 #pragma once
 
+#include "support/LogRecorder.h"
+
 #include "Geodesy/Sbet/Reader.h"
 #include "Geodesy/TimedPositionAttitude.h"
 #include "Geodesy/Trajectory/Record.h"
+#include "Maths/IntervalCounter.h"
+#include "Maths/Situation.h"
 
 #include <gtest/gtest.h>
 
@@ -15,6 +19,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <vector>
 
 namespace Kelvo::Geodesy::ProviderTesting {
@@ -29,6 +34,25 @@ constexpr double WEEK_START = 1719100800.0;
 inline double epochSecondsOf(double gps)
 {
     return WEEK_START + (gps - 18.0);
+}
+
+/// The week lookup of `provider` for GPS second of week `gps`, as (gps, counter) -> answer: it
+/// takes UTC seconds since the Unix epoch, here in the week starting at WEEK_START.
+template <typename Provider>
+auto byEpoch(Provider& provider)
+{
+    return [&provider](double gps, auto& counter) {
+        return provider.getPositionAttitude(epochSecondsOf(gps), counter);
+    };
+}
+
+/// The day lookup of `provider` for GPS second of week `gps`: it takes UTC seconds of the day.
+template <typename Provider>
+auto byDay(Provider& provider)
+{
+    return [&provider](double gps, auto& counter) {
+        return provider.getPositionAttitudeOfDay(std::fmod(gps - 18.0, 86400.0), counter);
+    };
 }
 
 /// A provider's answer as the records say it should be: position and angles as stored,
@@ -84,6 +108,42 @@ inline void expectValue(const TimedPositionAttitude* actual, const Expected& exp
     }
     EXPECT_EQ(actual->time.weekNumber, 0u);
     EXPECT_EQ(actual->status, Trajectory::Record::Status::VALID);
+}
+
+/// The counter of a single request counted as `situation`.
+inline Maths::IntervalCounter countedAs(Maths::Situation situation)
+{
+    Maths::IntervalCounter counter;
+    counter[situation] = 1;
+    return counter;
+}
+
+/// One request of a scenario: the GPS second of week asked for, the records whose value at
+/// that time is the answer (null: no answer), where it is counted and how many rewinds it logs.
+struct Step {
+    double gps;
+    const std::vector<Trajectory::Record>* answer;
+    Maths::Situation counted;
+    std::size_t rewinds = 0;
+};
+
+/// Runs the steps in order through `ask(gps, counter)`.
+template <typename Ask>
+void expectSteps(const Ask& ask, const std::vector<Step>& steps)
+{
+    for (const auto& step : steps) {
+        SCOPED_TRACE(step.gps);
+        Maths::IntervalCounter counter;
+        Testing::EventRecorder events;
+        const std::unique_ptr<TimedPositionAttitude> value = ask(step.gps, counter);
+        if (step.answer != nullptr) {
+            expectValue(value.get(), expectedAt(*step.answer, step.gps));
+        } else {
+            EXPECT_EQ(value, nullptr);
+        }
+        EXPECT_EQ(counter, countedAs(step.counted));
+        EXPECT_EQ(events.entries().size(), step.rewinds);
+    }
 }
 
 /// The records of an SBET file read with plain stream reads, independently of the library.

@@ -67,10 +67,7 @@ protected:
     template <typename Reader>
     std::unique_ptr<TimedPositionAttitude> ask(Provider<Reader>& provider, double gps, Maths::IntervalCounter& counter)
     {
-        if (GetParam() == Variant::week) {
-            return provider.getPositionAttitude(epochSecondsOf(gps), counter);
-        }
-        return provider.getPositionAttitudeOfDay(std::fmod(gps - 18.0, 86400.0), counter);
+        return GetParam() == Variant::week ? byEpoch(provider)(gps, counter) : byDay(provider)(gps, counter);
     }
 
     // The GPS second of week that the request of ask() stands for, as rounded on the way.
@@ -170,26 +167,13 @@ TEST_P(SbetProviderLookup, ABackwardRequestBeyondTheBracketRewindsAndReadsTheFil
 
 TEST_P(SbetProviderLookup, TimesOutsideTheFileAreEmptyAndCountedBelowOrAbove)
 {
-    const double last = timeOf(records.size() - 1);
-    const std::pair<double, Situation> cases[] = {
-        {START - 0.001, Situation::lower},  {START, Situation::inside},        {last, Situation::inside},
-        {last + 0.001, Situation::upper},   {START + 5.0, Situation::inside},  {START - 3600.0, Situation::lower},
-        {last + 3600.0, Situation::upper},
-    };
     Provider<Sbet::Reader> provider(file, nullptr, anyAlignment);
-    for (const auto& [gps, situation] : cases) {
-        SCOPED_TRACE(gps);
-        Maths::IntervalCounter counter;
-        EventRecorder events;
-        const auto value = ask(provider, gps, counter);
-        EXPECT_EQ(counter, counts(situation == Situation::lower, situation == Situation::inside,
-                                  situation == Situation::upper));
-        if (situation == Situation::inside) {
-            expectAnswer(value, gps);
-        } else {
-            EXPECT_EQ(value, nullptr);
-        }
-    }
+    const double last = timeOf(records.size() - 1);
+    expectSteps([&](double gps, auto& counter) { return ask(provider, gps, counter); },
+                {{START - 0.001, nullptr, Situation::lower}, {START, &records, Situation::inside},
+                 {last, &records, Situation::inside},        {last + 0.001, nullptr, Situation::upper},
+                 {START + 5.0, &records, Situation::inside, 1}, {START - 3600.0, nullptr, Situation::lower},
+                 {last + 3600.0, nullptr, Situation::upper}});
 }
 
 TEST_F(SbetProvider, TheRollingBackMessageGivesBothTimesInTheRequestScaleWithSixDecimals)
@@ -267,34 +251,25 @@ TEST(SbetProviderAroundMidnight, TheWeekLookupCrossesAUtcMidnightWhileTheDayLook
     TemporaryDirectory folder;
     const auto records = Testing::syntheticTrajectory(86400.0 + 18.0 - 0.5, 0.5, 9);
     const Core::FileInfo file(folder.write("midnight.sbet", Testing::sbetBytes(records)));
-    {
-        Provider<Sbet::Reader> provider(file, nullptr, anyAlignment);
-        Maths::IntervalCounter counter;
-        for (const double utc : {86399.75, 86400.0, 86401.25}) {
-            expectValue(provider.getPositionAttitude(WEEK_START + utc, counter).get(), expectedAt(records, utc + 18.0));
-        }
-        EXPECT_EQ(counter, counts(0, 3, 0));
-    }
-    Provider<Sbet::Reader> provider(file, nullptr, anyAlignment);
-    Maths::IntervalCounter counter;
-    // Before midnight the time of day plus 18 s lies past the file's GPS times of day.
-    EXPECT_EQ(provider.getPositionAttitudeOfDay(86399.75, counter), nullptr);
-    EXPECT_EQ(counter, counts(0, 0, 1));
+    Provider<Sbet::Reader> week(file, nullptr, anyAlignment);
+    expectSteps(byEpoch(week),
+                {{86417.75, &records, Situation::inside}, {86418.0, &records, Situation::inside},
+                 {86419.25, &records, Situation::inside}});
 
-    // After it, the first record (UTC 86399.5 of the day before) lies ahead of the request:
-    // a rewind, which reports the first two records straddling midnight, then the answer.
+    // By day, UTC 23:59:59.75 plus 18 s lies past the file's GPS times of day. At 00:00:00.75
+    // the first record (UTC 86399.5 of the day before) lies ahead of the request: a rewind,
+    // which reports the first two records straddling midnight, then the answer.
+    Provider<Sbet::Reader> day(file, nullptr, anyAlignment);
     AssertionRecorder recorder;
-    EventRecorder events;
-    expectValue(provider.getPositionAttitudeOfDay(0.75, counter).get(), expectedAt(records, 86418.75));
+    expectSteps(byDay(day), {{86417.75, nullptr, Situation::upper}, {86418.75, &records, Situation::inside, 1}});
     EXPECT_THAT(recorder.messages(), Contains(assertText("next->time.toUtc< TimeReference::day >() > "
                                                          "current->time.toUtc< TimeReference::day >()")));
-    EXPECT_EQ(events.entries().size(), 1u);
-    EXPECT_EQ(counter, counts(0, 1, 1));
 }
 
 TEST(SbetProviderOverApxRaw, RecordsBeforeTheAlignmentAreNotInterpolated)
 {
-    // Required: full navigation; the IMU reaches it at the fourth record.
+    // Records every 250 ms from GPS 50000 s; full navigation is required and reached at the
+    // fourth record.
     std::vector<ApxRaw::RawRecord> raws;
     for (const std::uint8_t state : {1, 2, 3, 5, 5, 5, 5}) {
         raws.push_back(Testing::syntheticRawRecord(static_cast<std::uint32_t>(50000000 + 250 * raws.size()), state));
@@ -304,23 +279,13 @@ TEST(SbetProviderOverApxRaw, RecordsBeforeTheAlignmentAreNotInterpolated)
     ApxRaw::Reader reader(file, Trajectory::Reader::ImuAlignmentStatus::FULL_NAVIGATION);
     const auto records = Testing::readUntilEnd(reader);
 
+    // After the rewind the reader keeps its best alignment: the early records now count as aligned.
     Provider<ApxRaw::Reader> provider(file, nullptr, Trajectory::Reader::ImuAlignmentStatus::FULL_NAVIGATION);
-    Maths::IntervalCounter counter;
-    for (const double offset : {0.1, 0.3, 0.6}) {
-        EXPECT_EQ(provider.getPositionAttitude(epochSecondsOf(50000.0 + offset), counter), nullptr) << offset;
-    }
-    for (const double offset : {0.8, 1.2, 1.4}) {
-        const double request = epochSecondsOf(50000.0 + offset);
-        expectValue(provider.getPositionAttitude(request, counter).get(),
-                    expectedAt(records, request - WEEK_START + 18.0));
-    }
-    EXPECT_EQ(counter, counts(0, 6, 0));
-
-    // After a rewind the reader keeps its best alignment: the early records now count as
-    // aligned.
-    EventRecorder events;
-    EXPECT_NE(provider.getPositionAttitude(epochSecondsOf(50000.1), counter), nullptr);
-    EXPECT_EQ(events.entries().size(), 1u);
+    expectSteps(byEpoch(provider),
+                {{50000.125, nullptr, Situation::inside},  {50000.375, nullptr, Situation::inside},
+                 {50000.625, nullptr, Situation::inside},  {50000.875, &records, Situation::inside},
+                 {50001.125, &records, Situation::inside}, {50001.375, &records, Situation::inside},
+                 {50000.125, &records, Situation::inside, 1}});
 }
 
 TEST(SbetProviderOverRealFiles, AnswersBetweenTheRecordsOfFilesWrittenByOtherPrograms)
@@ -366,28 +331,14 @@ TEST(SbetProviderOverALiveSource, ReadsAheadAsFarAsAskedButNeverRewinds)
     Provider<Sbet::Reader> provider(Core::FileInfo::remote("live.sbet", "127.0.0.1", server.port(), 5000), nullptr,
                                     anyAlignment);
 
-    const struct { const char* name; double gps; bool answered; Maths::IntervalCounter counter; int events; } steps[] = {
-        {"inside what has arrived", 2000.25, true, counts(0, 1, 0), 0},
-        {"beyond it: read up to, then counted as inside", 2002.25, true, counts(0, 1, 0), 0},
-        {"behind the bracket: no rewind", 2001.0, false, counts(0, 1, 0), 1},
-        {"between previous and current", 2001.75, true, counts(0, 1, 0), 0},
-        {"before the first record", 1999.0, false, counts(1, 0, 0), 0},
-        {"after the end of the stream", 2010.0, false, counts(0, 0, 1), 0},
-        {"between the last two records", 2003.25, true, counts(0, 1, 0), 0},
-    };
-    for (const auto& step : steps) {
-        SCOPED_TRACE(step.name);
-        Maths::IntervalCounter counter;
-        EventRecorder events;
-        const auto value = provider.getPositionAttitude(epochSecondsOf(step.gps), counter);
-        if (step.answered) {
-            expectValue(value.get(), expectedAt(records, step.gps));
-        } else {
-            EXPECT_EQ(value, nullptr);
-        }
-        EXPECT_EQ(counter, step.counter);
-        EXPECT_EQ(events.entries().size(), static_cast<std::size_t>(step.events));
-    }
+    // Inside what has arrived; beyond it (read up to, then counted as inside); behind the
+    // bracket (no rewind); between previous and current; before the first record; after the
+    // end of the stream; between the last two records.
+    expectSteps(byEpoch(provider),
+                {{2000.25, &records, Situation::inside}, {2002.25, &records, Situation::inside},
+                 {2001.0, nullptr, Situation::inside, 1}, {2001.75, &records, Situation::inside},
+                 {1999.0, nullptr, Situation::lower},     {2010.0, nullptr, Situation::upper},
+                 {2003.25, &records, Situation::inside}});
     EXPECT_EQ(provider.getTimeInterval(TimeReference::week), Maths::Interval<double>(2000.0, 2003.5));
 }
 
