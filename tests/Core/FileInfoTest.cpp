@@ -15,7 +15,6 @@ namespace {
 
 TEST(FileInfo, TextFormIsThePathThenTheRemoteSourceAndAPositiveTimeout)
 {
-    // The accessors of the remote source are read by the socket stream, tested on its own.
     const std::pair<FileInfo, std::string> cases[] = {
         {FileInfo("/data/run1.sbet"), "/data/run1.sbet"},
         {FileInfo("relative/a.stream"), "relative/a.stream"},
@@ -29,6 +28,9 @@ TEST(FileInfo, TextFormIsThePathThenTheRemoteSourceAndAPositiveTimeout)
     }
     EXPECT_FALSE(cases[0].first.isRemote());
     EXPECT_TRUE(cases[5].first.isRemote());
+    EXPECT_EQ(cases[5].first.getHost(), "127.0.0.1");
+    EXPECT_EQ(cases[5].first.getPort(), 80);
+    EXPECT_EQ(cases[5].first.getTimeoutMilliseconds(), 250);
 }
 
 TEST(FileInfo, OrdersByPathThenLocalBeforeRemoteThenBySource)

@@ -39,7 +39,7 @@ TEST(GeodesyErrors, PackageIsRegisteredWhileTheLibraryIsLoaded)
     const auto last = ErrorIdentifierFactory::create(PackageIdentifier::GEODESY, 1);
     ASSERT_NE(last, nullptr);
     EXPECT_EQ(last->getErrorId(), 1u);
-    EXPECT_THAT(recorder.messages(),
+    ASSERT_THAT(recorder.messages(),
                 ElementsAre(Testing::assertText("errorId < Kelvo::Geodesy::ErrorManagement::GeodesyErrors::LAST_ERROR")));
     EXPECT_EQ(recorder.records()[0].file, "src/Geodesy/src/Geodesy/ErrorManagement/GeodesyErrors.cpp");
 }

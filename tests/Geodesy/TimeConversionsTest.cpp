@@ -114,7 +114,7 @@ TEST(TimeConversions, NegativeInputsAreReportedAndStillConverted)
     for (const auto& [function, argument, result, reports] : cases) {
         AssertionRecorder recorder;
         EXPECT_EQ(function(argument), result) << argument;
-        EXPECT_THAT(recorder.messages(), ElementsAreArray(reports)) << argument;
+        ASSERT_THAT(recorder.messages(), ElementsAreArray(reports)) << argument;
         EXPECT_EQ(recorder.records()[0].file, "src/Geodesy/src/Geodesy/GPSTime.cpp");
     }
     // UTC before the GPS epoch, and before GPS adjusted time 0.

@@ -40,7 +40,7 @@ TEST(Interval, ExpandAcceptsZeroAndInfinitiesButReportsNanAndSubnormals)
     interval.expand(std::numeric_limits<double>::quiet_NaN());
     interval.expand(1e-310);
     const auto report = assertText("std::isnormal( v ) || std::isinf( v ) || v == 0");
-    EXPECT_THAT(recorder.messages(), ElementsAre(report, report));
+    ASSERT_THAT(recorder.messages(), ElementsAre(report, report));
     EXPECT_EQ(recorder.records()[0].file, "src/Maths/include/Maths/Interval.h");
     EXPECT_EQ(interval, Interval<double>(-infinity, 1e-310));
 }

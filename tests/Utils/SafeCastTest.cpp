@@ -51,7 +51,7 @@ TEST(SafeCast, UnsignedToSignedReportsValuesAboveTheSignedMaximum)
     EXPECT_EQ(safeCast<std::int32_t>(std::uint64_t{2147483648}), std::numeric_limits<std::int32_t>::max());
     EXPECT_EQ(safeCast<std::int64_t>(std::numeric_limits<std::uint64_t>::max()),
               std::numeric_limits<std::int64_t>::max());
-    EXPECT_EQ(recorder.messages(), (std::vector<std::string>{report, report}));
+    ASSERT_EQ(recorder.messages(), (std::vector<std::string>{report, report}));
     EXPECT_EQ(recorder.records()[0].file, "src/Utils/include/Utils/SafeCast.h");
 }
 

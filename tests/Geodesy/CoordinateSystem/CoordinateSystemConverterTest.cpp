@@ -70,7 +70,7 @@ TEST(CoordinateSystemConverter, UnsupportedOutputsAndAMissingCentreAreReported)
     EXPECT_EQ(CoordinateSystemConverter(UNKNOWN).convertLlh(llhDeg(1, 2, 3)), PositionVector3());
     const CoordinateSystemConverter withoutCentre(NED, nullptr);
     const std::string unsupported = neverText("Unsupported data format");
-    EXPECT_THAT(recorder.messages(), ElementsAre(unsupported, unsupported, assertText("nedCenter != nullptr")));
+    ASSERT_THAT(recorder.messages(), ElementsAre(unsupported, unsupported, assertText("nedCenter != nullptr")));
     EXPECT_EQ(recorder.records()[0].file, converterSource);
     EXPECT_EQ(recorder.records()[2].file, converterSource);
 }
@@ -109,7 +109,7 @@ TEST(CoordinateSystemConverter, ConvertGuessesTheCentreFromAnLlhOrTrfPosition)
     CoordinateSystemConverter converter(NED, TRF);
     PositionVector3 position(1, 2, 3);
     converter.convert(position, NED, TRF);
-    EXPECT_THAT(recorder.messages(),
+    ASSERT_THAT(recorder.messages(),
                 ElementsAre(neverText("cannot guess NED center. Center has to be provided in constructor")));
     EXPECT_EQ(recorder.records()[0].file, converterHeader);
 }

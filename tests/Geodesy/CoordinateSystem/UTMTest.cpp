@@ -108,7 +108,7 @@ TEST(UTM, ReadNthPositionReportsARelativePathAndAnIndexPastTheEnd)
         AssertionRecorder assertions;
         const auto relative = std::filesystem::relative(path);
         EXPECT_EQ(UTM::readNthPosition(relative, 1).height, Testing::syntheticRecord(11.0).height);
-        EXPECT_THAT(assertions.messages(), ElementsAre(assertText("path.is_absolute()")));
+        ASSERT_THAT(assertions.messages(), ElementsAre(assertText("path.is_absolute()")));
         EXPECT_EQ(assertions.records()[0].file, utmSource);
     }
     {

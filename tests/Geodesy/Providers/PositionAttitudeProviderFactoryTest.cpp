@@ -107,7 +107,7 @@ TEST_F(PositionAttitudeProviderFactoryTest, SeveralFilesGiveOneProviderOverAllAn
     }
     AssertionRecorder recorder;
     EXPECT_EQ(create({}), nullptr);
-    EXPECT_THAT(recorder.messages(), ElementsAre(assertText("!fileInfos.empty()")));
+    ASSERT_THAT(recorder.messages(), ElementsAre(assertText("!fileInfos.empty()")));
     EXPECT_EQ(recorder.records()[0].file, "src/Geodesy/src/Geodesy/PositionAttitudeProviderFactory.cpp");
 }
 

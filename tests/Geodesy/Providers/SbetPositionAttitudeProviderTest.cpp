@@ -113,6 +113,7 @@ TEST_P(SbetProviderLookup, IncreasingRequestsReadEachRecordOnceAndRequestsBehind
     for (std::size_t i = 0; i <= requests; ++i) {
         const double gps = START + (last - START) * static_cast<double>(i) / static_cast<double>(requests);
         const auto value = ask(provider, gps, counter);
+        ASSERT_NE(value, nullptr) << gps;
         expectAnswer(value, gps);
         // The week lookup carries the GPS adjusted time of the request: GPS seconds since
         // 1980-01-06 minus 1e9.
