@@ -88,19 +88,6 @@ protected:
 INSTANTIATE_TEST_SUITE_P(Both, SbetProviderLookup, ::testing::Values(Variant::week, Variant::day),
                          [](const auto& info) { return info.param == Variant::week ? "week" : "day"; });
 
-TEST_P(SbetProviderLookup, ARequestAtARecordTimeStopsWithThatRecordAsNext)
-{
-    Provider<Sbet::Reader> provider(file, nullptr, anyAlignment);
-    Maths::IntervalCounter counter;
-    expectValue(ask(provider, timeOf(0), counter).get(), expectedOf(records[0]));
-    expectValue(ask(provider, timeOf(5), counter).get(), expectedOf(records[5]));
-    EXPECT_EQ(provider.getCurrent()->time.secondsInWeek, timeOf(4));
-    // Once past it, the same record is `current` (k = 0).
-    ask(provider, timeOf(5) + 0.0625, counter);
-    EXPECT_EQ(provider.getCurrent()->time.secondsInWeek, timeOf(5));
-    EXPECT_EQ(ask(provider, timeOf(5), counter)->position.height, records[5].height);
-}
-
 TEST_P(SbetProviderLookup, IncreasingRequestsReadEachRecordOnceAndRequestsBehindCurrentReadNothing)
 {
     Provider<CountingSbetReader> provider(file, nullptr, anyAlignment);
@@ -124,7 +111,8 @@ TEST_P(SbetProviderLookup, IncreasingRequestsReadEachRecordOnceAndRequestsBehind
     EXPECT_EQ(CountingSbetReader::rewinds, 1u) << "only the one of construction";
     EXPECT_EQ(counter, counts(0, requests + 1, 0));
 
-    // Between the record before `current` and `current`: answered from memory.
+    // A request at a record's time stops with that record as `next`: after the last one,
+    // `current` is the record before it. Between that one and `current`: answered from memory.
     EXPECT_EQ(provider.getCurrent()->time.secondsInWeek, timeOf(79));
     for (const double gps : {timeOf(78) + 0.001, timeOf(78) + 0.1, timeOf(79) - 1e-6}) {
         expectAnswer(ask(provider, gps, counter), gps);
