@@ -6,7 +6,7 @@
 namespace Kelvo::CRS {
 namespace {
 
-TEST(Transform, RunsItsFunctionWithTheStepAndCopiesWithIt)
+TEST(Transform, RunsItsFunctionIfAnyWithTheStepAndCopiesWithIt)
 {
     ConvertStep seen{};
     const Transform shift(Transform::GEOGRAPHIC_DEGREES_KIND,
@@ -18,10 +18,8 @@ TEST(Transform, RunsItsFunctionWithTheStepAndCopiesWithIt)
     EXPECT_EQ(copy.getKind(), 1);
     EXPECT_EQ(copy.convert({45.0, 7.0, 100.0}, ConvertStep::geographicDegrees), Maths::PositionVector3(45.5, 6.5, 110.0));
     EXPECT_EQ(seen, ConvertStep::geographicDegrees);
-}
 
-TEST(Transform, WithoutAFunctionReturnsThePositionUnchanged)
-{
+    // Without a function the position comes back unchanged.
     const Transform identity(7, nullptr);
     EXPECT_EQ(identity.getKind(), 7);
     EXPECT_EQ(identity.convert({1, 2, 3}, ConvertStep::geographicDegrees), Maths::PositionVector3(1, 2, 3));

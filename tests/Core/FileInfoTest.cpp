@@ -15,11 +15,7 @@ namespace {
 
 TEST(FileInfo, TextFormIsThePathThenTheRemoteSourceAndAPositiveTimeout)
 {
-    struct Case {
-        FileInfo info;
-        std::string text;
-    };
-    const std::vector<Case> cases = {
+    const std::pair<FileInfo, std::string> cases[] = {
         {FileInfo("/data/run1.sbet"), "/data/run1.sbet"},
         {FileInfo("relative/a.stream"), "relative/a.stream"},
         {FileInfo::remote("live.sbet", "10.0.0.2", 5600), "live.sbet@10.0.0.2:5600"},
@@ -30,11 +26,11 @@ TEST(FileInfo, TextFormIsThePathThenTheRemoteSourceAndAPositiveTimeout)
     for (const auto& [info, text] : cases) {
         EXPECT_EQ(info.toString(), text);
     }
-    EXPECT_FALSE(cases[0].info.isRemote());
-    EXPECT_TRUE(cases[5].info.isRemote());
-    EXPECT_EQ(cases[5].info.getHost(), "127.0.0.1");
-    EXPECT_EQ(cases[5].info.getPort(), 80);
-    EXPECT_EQ(cases[5].info.getTimeoutMilliseconds(), 250);
+    EXPECT_FALSE(cases[0].first.isRemote());
+    EXPECT_TRUE(cases[5].first.isRemote());
+    EXPECT_EQ(cases[5].first.getHost(), "127.0.0.1");
+    EXPECT_EQ(cases[5].first.getPort(), 80);
+    EXPECT_EQ(cases[5].first.getTimeoutMilliseconds(), 250);
 }
 
 TEST(FileInfo, OrdersByPathThenLocalBeforeRemoteThenBySource)

@@ -40,7 +40,7 @@ TEST(Logging, UnknownLevelIsReportedAndLogsNothing)
         AssertionRecorder recorder;
         Logging::logAtLevel(level, "lost");
         EXPECT_THAT(log.entries(), IsEmpty());
-        EXPECT_THAT(recorder.messages(),
+        ASSERT_THAT(recorder.messages(),
                     ElementsAre(Testing::neverText("Added a new LoggingType? This switch case needs to be updated")));
         EXPECT_EQ(recorder.records()[0].file, "src/Core/include/Core/Logging/LoggingCallbackPrivate.h");
     }

@@ -19,40 +19,33 @@ LatLonHeight llh(double latitude, double longitude, double height)
     return {Radian(latitude), Radian(longitude), height};
 }
 
-TEST(LatLonHeight, DifferenceAndSumAreRawComponentWise)
+TEST(LatLonHeight, ArithmeticIsRawComponentWise)
 {
     EXPECT_EQ(llh(1, 2, 3) - llh(0.5, 0.5, 1), PositionVector3(0.5, 1.5, 2));
     // Nothing wraps: a longitude beyond pi stays there, and -3.1 to +3.1 is a 6.2 rad step.
     EXPECT_EQ(llh(0, 0, 0) + PositionVector3(0, 4, 0), llh(0, 4, 0));
     EXPECT_NEAR((llh(0, 3.1, 0) - llh(0, -3.1, 0)).y, 6.2, 1e-15);
 
-    LatLonHeight sum = llh(1, 2, 3);
-    sum += llh(1, 1, 1);
-    EXPECT_EQ(sum, llh(2, 3, 4));
-    sum -= llh(0.5, 0.5, 0.5);
-    EXPECT_EQ(sum, llh(1.5, 2.5, 3.5));
-}
+    LatLonHeight value = llh(1, 2, 3);
+    value += llh(1, 1, 1);
+    EXPECT_EQ(value, llh(2, 3, 4));
+    value -= llh(0.5, 0.5, 0.5);
+    EXPECT_EQ(value, llh(1.5, 2.5, 3.5));
+    value /= std::size_t{5};
+    EXPECT_EQ(value, llh(0.3, 0.5, 0.7));
 
-TEST(LatLonHeight, DivisionAveragesAndLeavesZeroToIeee)
-{
-    LatLonHeight sum = llh(3, 6, 9);
-    sum /= std::size_t{3};
-    EXPECT_EQ(sum, llh(1, 2, 3));
-
-    LatLonHeight byZero = llh(1, 0, -1);
-    byZero /= std::size_t{0};
-    EXPECT_EQ(byZero.latitude, std::numeric_limits<double>::infinity());
-    EXPECT_TRUE(std::isnan(byZero.longitude));
-    EXPECT_EQ(byZero.height, -std::numeric_limits<double>::infinity());
+    // Dividing by zero is left to IEEE arithmetic.
+    value = llh(1, 0, -1);
+    value /= std::size_t{0};
+    EXPECT_EQ(value.latitude, std::numeric_limits<double>::infinity());
+    EXPECT_TRUE(std::isnan(value.longitude));
+    EXPECT_EQ(value.height, -std::numeric_limits<double>::infinity());
 }
 
 TEST(LatLonHeight, OppositeHeightNegatesOnlyTheHeight)
 {
-    const LatLonHeight opposite = llh(0.1, 0.2, 0.0).oppositeHeight();
-    EXPECT_EQ(opposite.latitude, 0.1);
-    EXPECT_EQ(opposite.longitude, 0.2);
-    EXPECT_TRUE(std::signbit(opposite.height));
-    EXPECT_EQ(llh(0.1, 0.2, 5).oppositeHeight().height, -5.0);
+    EXPECT_EQ(llh(0.1, 0.2, 5).oppositeHeight(), llh(0.1, 0.2, -5.0));
+    EXPECT_TRUE(std::signbit(llh(0.1, 0.2, 0.0).oppositeHeight().height));
 }
 
 TEST(ECEF, ArithmeticAndRotation)

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <numbers>
+#include <utility>
 
 namespace Kelvo::Maths {
 namespace {
@@ -13,15 +14,9 @@ using namespace Literals;
 
 TEST(Angle, DegreesAndRadiansConvertBothWays)
 {
-    struct Case {
-        double degrees;
-        double radians;
-    };
-    const Case cases[] = {{0.0, 0.0},
-                          {180.0, std::numbers::pi},
-                          {-90.0, -std::numbers::pi / 2},
-                          {45.0, std::numbers::pi / 4},
-                          {720.0, 4 * std::numbers::pi}};
+    constexpr double pi = std::numbers::pi;
+    const std::pair<double, double> cases[] = {
+        {0.0, 0.0}, {180.0, pi}, {-90.0, -pi / 2}, {45.0, pi / 4}, {720.0, 4 * pi}};
     for (const auto& [degrees, radians] : cases) {
         EXPECT_DOUBLE_EQ(Degree(degrees).toRadian(), radians) << degrees;
         EXPECT_DOUBLE_EQ(Radian(Degree(degrees)), radians) << degrees;
@@ -30,7 +25,7 @@ TEST(Angle, DegreesAndRadiansConvertBothWays)
     }
 }
 
-TEST(Angle, DegreeLiteralsAndOperatorsReadAsInBoundChecks)
+TEST(Angle, LiteralsAndOperatorsReadAsInBoundChecksAndNeverWrap)
 {
     const Degree lat(84.0);
     EXPECT_TRUE(lat <= +84.0_deg);
@@ -44,10 +39,8 @@ TEST(Angle, DegreeLiteralsAndOperatorsReadAsInBoundChecks)
     EXPECT_EQ(*lon, 357.0);
     *lon = 1.5;
     EXPECT_EQ(static_cast<double>(lon), 1.5);
-}
 
-TEST(Angle, RadianArithmeticNeverWraps)
-{
+    // Radian arithmetic never wraps either.
     Radian angle(3.0);
     EXPECT_EQ(static_cast<double>(angle + 1.0), 4.0);
     EXPECT_EQ(static_cast<double>(Radian(1.0) - Radian(4.5)), -3.5);

@@ -25,13 +25,8 @@ EulerAngles anglesInDegrees(double roll, double pitch, double yaw)
 
 TEST(EulerAngles, InterpolatesEachAngleAlongTheShorterArcWrappedIntoMinusPiPi)
 {
-    struct Case {
-        double from;
-        double to;
-        double k;
-        double expected; // degrees
-    };
-    const Case cases[] = {
+    // From, to, k, expected [deg]; the pitch runs through the opposite angles.
+    const struct { double from, to, k, expected; } cases[] = {
         {10.0, 20.0, 0.25, 12.5},
         {179.0, -179.0, 0.5, -180.0},  // across 180 deg: through 180, which wraps to -180
         {179.0, -179.0, 0.25, 179.5},
@@ -42,10 +37,11 @@ TEST(EulerAngles, InterpolatesEachAngleAlongTheShorterArcWrappedIntoMinusPiPi)
         {30.0, 30.0, 0.7, 30.0},
     };
     for (const auto& [from, to, k, expected] : cases) {
+        SCOPED_TRACE(::testing::Message() << from << " -> " << to << " at " << k);
         const auto result = anglesInDegrees(from, -from, from).interpolate(anglesInDegrees(to, -to, to), k);
-        EXPECT_LT(circularDistanceInDegrees(result.getRoll(), expected), 1e-9) << from << " -> " << to << " at " << k;
-        EXPECT_LT(circularDistanceInDegrees(result.getPitch(), -expected), 1e-9) << from << " -> " << to << " at " << k;
-        EXPECT_LT(circularDistanceInDegrees(result.getYaw(), expected), 1e-9) << from << " -> " << to << " at " << k;
+        EXPECT_LT(circularDistanceInDegrees(result.getRoll(), expected), 1e-9);
+        EXPECT_LT(circularDistanceInDegrees(result.getPitch(), -expected), 1e-9);
+        EXPECT_LT(circularDistanceInDegrees(result.getYaw(), expected), 1e-9);
         for (const double angle : {result.getRoll(), result.getPitch(), result.getYaw()}) {
             EXPECT_GE(angle, -std::numbers::pi);
             EXPECT_LT(angle, std::numbers::pi);

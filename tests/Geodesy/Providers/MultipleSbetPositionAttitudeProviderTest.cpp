@@ -13,7 +13,6 @@
 #include <gtest/gtest.h>
 
 #include <map>
-#include <optional>
 #include <set>
 #include <string>
 #include <system_error>
@@ -28,7 +27,6 @@ using Testing::AssertionRecorder;
 using Testing::assertText;
 using Testing::EventRecorder;
 using Testing::LoopbackServer;
-using Testing::TemporaryDirectory;
 using ::testing::ElementsAre;
 
 using Provider = MultipleSbetPositionAttitudeProvider<Sbet::Reader>;
@@ -37,133 +35,84 @@ using Provider = MultipleSbetPositionAttitudeProvider<Sbet::Reader>;
 // above the synthetic trajectory, "b" 2000 m, and so on.
 class MultipleSbetProvider : public ::testing::Test {
 protected:
-    void add(const std::string& name, double start, double end)
+    const std::vector<Trajectory::Record>* add(const std::string& name, double start, double end)
     {
         auto records = Testing::syntheticTrajectory(start, 0.5, static_cast<std::size_t>((end - start) / 0.5) + 1);
-        const double offset = 1000.0 * (name[0] - 'a' + 1);
         for (auto& record : records) {
-            record.height += offset;
+            record.height += 1000.0 * (name[0] - 'a' + 1);
         }
-        const auto path = folder.write(name + ".sbet", Testing::sbetBytes(records));
-        contents[name] = records;
-        paths[name] = path;
-        files.insert(Core::FileInfo(path));
+        files.insert(Core::FileInfo(folder.write(name + ".sbet", Testing::sbetBytes(records))));
+        return &(contents[name] = records);
     }
 
-    std::unique_ptr<Provider> open() { return std::make_unique<Provider>(files.begin(), files.end(), nullptr, anyAlignment); }
-
-    // Asks for GPS second of week `gps` (in the first day of the week) and checks the answer
-    // against the records of file `from`, or that there is none.
-    void expectAnswer(Provider& provider, bool ofDay, double gps, const std::optional<std::string>& from,
-                      Situation counted)
+    std::unique_ptr<Provider> open()
     {
-        SCOPED_TRACE(gps);
-        EventRecorder rewinds;
-        Maths::IntervalCounter counter;
-        const auto value = ofDay ? provider.getPositionAttitudeOfDay(gps - 18.0, counter)
-                                 : provider.getPositionAttitude(epochSecondsOf(gps), counter);
-        if (from) {
-            SCOPED_TRACE("from " + *from);
-            expectValue(value.get(), expectedAt(contents.at(*from), gps));
-        } else {
-            EXPECT_EQ(value, nullptr);
-        }
-        EXPECT_EQ(counter[counted], 1u);
-        EXPECT_EQ(counter[Situation::lower] + counter[Situation::inside] + counter[Situation::upper], 1u);
+        return std::make_unique<Provider>(files.begin(), files.end(), nullptr, anyAlignment);
     }
 
-    TemporaryDirectory folder;
+    Testing::TemporaryDirectory folder;
     std::set<Core::FileInfo> files;
     std::map<std::string, std::vector<Trajectory::Record>> contents;
-    std::map<std::string, std::filesystem::path> paths;
 };
 
 // Three files: a gap between a and b, c overlapping the end of b.
 class ThreeFiles : public MultipleSbetProvider {
 protected:
-    struct Step {
-        double gps;
-        std::optional<std::string> from;
-        Situation counted;
-    };
-
-    void SetUp() override
-    {
-        add("a", 100.0, 180.0);
-        add("b", 200.0, 300.0);
-        add("c", 250.0, 350.0);
-        provider = open();
-    }
-
-    void run(bool ofDay, const std::vector<Step>& steps)
-    {
-        for (const auto& step : steps) {
-            expectAnswer(*provider, ofDay, step.gps, step.from, step.counted);
-        }
-    }
-
-    std::unique_ptr<Provider> provider;
+    const std::vector<Trajectory::Record>* a = add("a", 100.0, 180.0);
+    const std::vector<Trajectory::Record>* b = add("b", 200.0, 300.0);
+    const std::vector<Trajectory::Record>* c = add("c", 250.0, 350.0);
+    std::unique_ptr<Provider> provider = open();
 };
 
 TEST_F(ThreeFiles, TheDayLookupTakesTheFileThatStartsLastBeforeTheTime)
 {
-    run(true, {
-                  {150.0, "a", Situation::inside},
-                  {190.0, std::nullopt, Situation::upper}, // in the gap: the earlier file, above its end
-                  {250.0, "c", Situation::inside},         // a start equal to the time is taken
-                  {260.0, "c", Situation::inside},
-                  {220.0, "b", Situation::inside},
-                  {270.0, "b", Situation::inside},        // b still answers where c overlaps it
-                  {50.0, std::nullopt, Situation::lower}, // before every file: b stays current
-                  {340.0, "c", Situation::inside},
-              });
+    expectSteps(byDay(*provider), {
+                                      {150.0, a, Situation::inside},
+                                      {190.0, nullptr, Situation::upper}, // in the gap: the earlier file, above its end
+                                      {250.0, c, Situation::inside},      // a start equal to the time is taken
+                                      {260.0, c, Situation::inside},
+                                      {220.0, b, Situation::inside},
+                                      {270.0, b, Situation::inside},     // b still answers where c overlaps it
+                                      {50.0, nullptr, Situation::lower}, // before every file: b stays current
+                                      {340.0, c, Situation::inside},
+                                  });
     // c stands on its record at 339.5 s, the one before the record at the request.
-    EXPECT_EQ(provider->getCurrent()->position.height, contents["c"][179].height);
+    EXPECT_EQ(provider->getCurrent()->position.height, (*c)[179].height);
 }
 
 TEST_F(ThreeFiles, TheWeekLookupMovesToTheLastFileWheneverTheCurrentOneMisses)
 {
-    run(false, {
-                   {150.0, "a", Situation::inside},
-                   {220.0, std::nullopt, Situation::lower}, // b holds it, but c is taken
-                   {340.0, "c", Situation::inside},
-                   {150.0, std::nullopt, Situation::lower}, // a is never taken again
-                   {260.0, "c", Situation::inside},
-               });
+    expectSteps(byEpoch(*provider), {
+                                        {150.0, a, Situation::inside},
+                                        {220.0, nullptr, Situation::lower}, // b holds it, but c is taken
+                                        {340.0, c, Situation::inside},
+                                        {150.0, nullptr, Situation::lower}, // a is never taken again
+                                        {260.0, c, Situation::inside, 1},   // behind c's bracket: a rewind
+                                    });
 }
 
-TEST_F(MultipleSbetProvider, OfTwoFilesStartingTogetherTheLaterInSetOrderIsKept)
-{
-    add("a", 100.0, 150.0);
-    add("b", 100.0, 120.0);
-    EventRecorder events;
-    const auto provider = open();
-    ASSERT_EQ(events.entries().size(), 1u);
-    EXPECT_EQ(events.entries()[0].first, (Core::Event::LoggingEventInfo{1, 24, 17}));
-    EXPECT_EQ(events.entries()[0].second,
-              "SBET file '" + paths["b"].string() + " starts exactly at the same time as another SBET file.");
-
-    expectAnswer(*provider, true, 110.0, "b", Situation::inside);
-    expectAnswer(*provider, true, 140.0, std::nullopt, Situation::upper);
-}
-
-TEST_F(MultipleSbetProvider, ALiveSourceIsNamedWithItsHostPortAndTimeout)
+TEST_F(MultipleSbetProvider, OfFilesStartingTogetherTheLastInSetOrderIsKeptAndTheOthersAreLogged)
 {
     add("a", 2000.0, 2010.0);
+    add("b", 2000.0, 2005.0);
+    // A live source, named after both in set order; its stream ends at 2002 s.
     const auto live = Testing::syntheticTrajectory(2000.0, 0.5, 5);
     const auto bytes = Testing::sbetBytes(live);
     LoopbackServer server([&](int socket) { LoopbackServer::send(socket, bytes); });
-    // Named after "a" in set order, so that it is the file reported.
     const auto remotePath = folder.path() / "z.sbet";
     files.insert(Core::FileInfo::remote(remotePath, "127.0.0.1", server.port(), 5000));
 
     EventRecorder events;
     const auto provider = open();
-    ASSERT_EQ(events.entries().size(), 1u);
-    EXPECT_EQ(events.entries()[0].second, "SBET file '" + remotePath.string() + "@127.0.0.1:" + std::to_string(server.port())
-                                              + "&timeout=5000 starts exactly at the same time as another SBET file.");
-    Maths::IntervalCounter counter;
-    expectValue(provider->getPositionAttitudeOfDay(2001.25 - 18.0, counter).get(), expectedAt(live, 2001.25));
+    const auto sameStart = [](const std::string& file) {
+        return EventRecorder::Entry{{1, 24, 17},
+                                    "SBET file '" + file + " starts exactly at the same time as another SBET file."};
+    };
+    EXPECT_THAT(events.entries(),
+                ElementsAre(sameStart((folder.path() / "b.sbet").string()),
+                            sameStart(remotePath.string() + "@127.0.0.1:" + std::to_string(server.port())
+                                      + "&timeout=5000")));
+    expectSteps(byDay(*provider), {{2001.25, &live, Situation::inside}, {2008.0, nullptr, Situation::upper}});
 }
 
 TEST_F(MultipleSbetProvider, NoFileIsReportedAndAnsweredByNothing)

@@ -24,25 +24,18 @@ namespace {
 using namespace ProviderTesting;
 using Testing::AssertionRecorder;
 using Testing::assertText;
-using Testing::TemporaryDirectory;
 using ::testing::ElementsAre;
 
-enum class Kind { singleSbet, singleApxRaw, multipleSbet, multipleApxRaw };
-
-Kind kindOf(PositionAttitudeProvider* provider)
+using IsKind = bool (*)(const PositionAttitudeProvider*);
+template <typename Provider>
+bool is(const PositionAttitudeProvider* provider)
 {
-    if (dynamic_cast<SbetPositionAttitudeProvider<Sbet::Reader>*>(provider)) {
-        return Kind::singleSbet;
-    }
-    if (dynamic_cast<SbetPositionAttitudeProvider<ApxRaw::Reader>*>(provider)) {
-        return Kind::singleApxRaw;
-    }
-    if (dynamic_cast<MultipleSbetPositionAttitudeProvider<Sbet::Reader>*>(provider)) {
-        return Kind::multipleSbet;
-    }
-    EXPECT_NE(dynamic_cast<MultipleSbetPositionAttitudeProvider<ApxRaw::Reader>*>(provider), nullptr);
-    return Kind::multipleApxRaw;
+    return dynamic_cast<const Provider*>(provider) != nullptr;
 }
+constexpr IsKind singleSbet = is<SbetPositionAttitudeProvider<Sbet::Reader>>;
+constexpr IsKind singleApxRaw = is<SbetPositionAttitudeProvider<ApxRaw::Reader>>;
+constexpr IsKind multipleSbet = is<MultipleSbetPositionAttitudeProvider<Sbet::Reader>>;
+constexpr IsKind multipleApxRaw = is<MultipleSbetPositionAttitudeProvider<ApxRaw::Reader>>;
 
 class PositionAttitudeProviderFactoryTest : public ::testing::Test {
 protected:
@@ -66,25 +59,21 @@ protected:
         return PositionAttitudeProviderFactory().create(files, transform, anyAlignment);
     }
 
-    TemporaryDirectory folder;
+    Testing::TemporaryDirectory folder;
 };
 
 TEST_F(PositionAttitudeProviderFactoryTest, OnlyTheExactStreamExtensionMeansRawApx)
 {
-    const struct {
-        const char* name;
-        Kind kind;
-    } cases[] = {
-        {"a.stream", Kind::singleApxRaw}, {"a.out", Kind::singleSbet},    {"a.sbet", Kind::singleSbet},
-        {"a", Kind::singleSbet},          {"a.Stream", Kind::singleSbet}, {"a.stream.sbet", Kind::singleSbet},
-        {"a.sbet.stream", Kind::singleApxRaw},
+    const std::pair<const char*, IsKind> cases[] = {
+        {"a.stream", singleApxRaw}, {"a.out", singleSbet},    {"a.sbet", singleSbet},
+        {"a", singleSbet},          {"a.Stream", singleSbet}, {"a.stream.sbet", singleSbet},
+        {"a.sbet.stream", singleApxRaw},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        const bool apxRaw = c.kind == Kind::singleApxRaw;
-        const auto provider = create({write(c.name, apxRaw)});
-        ASSERT_NE(provider, nullptr);
-        EXPECT_EQ(kindOf(provider.get()), c.kind);
+    for (const auto& [name, kind] : cases) {
+        SCOPED_TRACE(name);
+        const bool apxRaw = kind == singleApxRaw;
+        const auto provider = create({write(name, apxRaw)});
+        EXPECT_TRUE(kind(provider.get()));
 
         // The file is read in its own format: the raw file's degrees come out in radians.
         Maths::IntervalCounter counter;
@@ -95,43 +84,48 @@ TEST_F(PositionAttitudeProviderFactoryTest, OnlyTheExactStreamExtensionMeansRawA
     }
 }
 
-TEST_F(PositionAttitudeProviderFactoryTest, SeveralFilesOfOneExtensionGiveOneProviderOverAll)
+TEST_F(PositionAttitudeProviderFactoryTest, SeveralFilesGiveOneProviderOverAllAndMixedExtensionsAreReported)
 {
-    const auto sbet = create({write("a.sbet", false, 1000.0), write("b.sbet", false, 2000.0)});
-    EXPECT_EQ(kindOf(sbet.get()), Kind::multipleSbet);
-    const auto apxRaw = create({write("a.stream", true, 1000.0), write("b.stream", true, 2000.0)});
-    EXPECT_EQ(kindOf(apxRaw.get()), Kind::multipleApxRaw);
+    const struct { std::set<Core::FileInfo> files; IsKind kind; std::vector<std::string> reports; } cases[] = {
+        {{write("a.sbet", false), write("b.sbet", false, 2000.0)}, multipleSbet, {}},
+        {{write("a.stream", true), write("b.stream", true, 2000.0)}, multipleApxRaw, {}},
+        // The first extension in set order, ".out", chooses.
+        {{write("a.out", false), write("b.sbet", false, 2000.0)}, multipleSbet, {assertText("extensions.size() == 1")}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.files.begin()->toString());
+        AssertionRecorder recorder;
+        const auto provider = create(c.files);
+        EXPECT_EQ(recorder.messages(), c.reports);
+        EXPECT_TRUE(c.kind(provider.get()));
 
-    // Both files answer: the second by day, the first again from its start.
-    Maths::IntervalCounter counter;
-    EXPECT_NE(apxRaw->getPositionAttitudeOfDay(2001.0 - 18.0, counter), nullptr);
-    EXPECT_NE(apxRaw->getPositionAttitudeOfDay(1000.5 - 18.0, counter), nullptr);
-    EXPECT_EQ(counter[Maths::Situation::inside], 2u);
-}
-
-TEST_F(PositionAttitudeProviderFactoryTest, MixedExtensionsAndNoFilesAreReported)
-{
+        // Both files answer: the second by day, the first again from its start.
+        Maths::IntervalCounter counter;
+        EXPECT_NE(provider->getPositionAttitudeOfDay(2001.0 - 18.0, counter), nullptr);
+        EXPECT_NE(provider->getPositionAttitudeOfDay(1000.5 - 18.0, counter), nullptr);
+        EXPECT_EQ(counter[Maths::Situation::inside], 2u);
+    }
     AssertionRecorder recorder;
-    const auto mixed = create({write("a.out", false, 1000.0), write("b.sbet", false, 2000.0)});
-    EXPECT_THAT(recorder.messages(), ElementsAre(assertText("extensions.size() == 1")));
-    EXPECT_EQ(kindOf(mixed.get()), Kind::multipleSbet) << "the first extension, \".out\", chooses";
-    recorder.clear();
-
     EXPECT_EQ(create({}), nullptr);
-    EXPECT_THAT(recorder.messages(), ElementsAre(assertText("!fileInfos.empty()")));
+    ASSERT_THAT(recorder.messages(), ElementsAre(assertText("!fileInfos.empty()")));
     EXPECT_EQ(recorder.records()[0].file, "src/Geodesy/src/Geodesy/PositionAttitudeProviderFactory.cpp");
 }
 
-TEST_F(PositionAttitudeProviderFactoryTest, PassesTheTransformOnAndLetsReaderErrorsThrough)
+TEST_F(PositionAttitudeProviderFactoryTest, PassesACopyOfTheTransformOnAndLetsReaderErrorsThrough)
 {
-    const CRS::Transform lift(1, [](const Maths::PositionVector3& p, CRS::ConvertStep) {
-        return Maths::PositionVector3(p.x, p.y, p.z + 10.0);
-    });
-    Maths::IntervalCounter counter;
-    const auto multiple = create({write("a.sbet", false), write("b.sbet", false, 3000.0)}, &lift);
-    EXPECT_NEAR(multiple->getPositionAttitude(epochSecondsOf(1000.0), counter)->position.height,
-                100.0 + 1e-3 * 1000.0 + 10.0, 1e-9);
-
+    for (const auto& files : {std::set<Core::FileInfo>{write("a.sbet", false)},
+                              std::set<Core::FileInfo>{write("b.sbet", false), write("c.sbet", false, 3000.0)}}) {
+        std::unique_ptr<PositionAttitudeProvider> provider;
+        {
+            const CRS::Transform lift(1, [](const Maths::PositionVector3& p, CRS::ConvertStep) {
+                return Maths::PositionVector3(p.x, p.y, p.z + 10.0);
+            });
+            provider = create(files, &lift);
+        }
+        Maths::IntervalCounter counter;
+        EXPECT_NEAR(provider->getPositionAttitude(epochSecondsOf(1000.0), counter)->position.height,
+                    100.0 + 1e-3 * 1000.0 + 10.0, 1e-9);
+    }
     EXPECT_THROW(create({folder.write("short.sbet", std::string(200, '\0'))}), std::runtime_error);
     AssertionRecorder recorder;
     EXPECT_THROW(create({folder.path() / "missing.stream"}), std::system_error);

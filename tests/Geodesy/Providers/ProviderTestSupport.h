@@ -4,9 +4,13 @@
 // a provider asks of it.
 #pragma once
 
+#include "support/LogRecorder.h"
+
 #include "Geodesy/Sbet/Reader.h"
 #include "Geodesy/TimedPositionAttitude.h"
 #include "Geodesy/Trajectory/Record.h"
+#include "Maths/IntervalCounter.h"
+#include "Maths/Situation.h"
 
 #include <gtest/gtest.h>
 
@@ -15,6 +19,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <vector>
 
 namespace Kelvo::Geodesy::ProviderTesting {
@@ -31,51 +36,52 @@ inline double epochSecondsOf(double gps)
     return WEEK_START + (gps - 18.0);
 }
 
-/// The GPS adjusted time of a request: GPS seconds since 1980-01-06 minus 1e9.
-inline double gpsAdjustedTimeOf(double epochSeconds)
+/// The week lookup of `provider` for GPS second of week `gps`, as (gps, counter) -> answer: it
+/// takes UTC seconds since the Unix epoch, here in the week starting at WEEK_START.
+template <typename Provider>
+auto byEpoch(Provider& provider)
 {
-    return epochSeconds - 315964800.0 + 18.0 - 1e9;
+    return [&provider](double gps, auto& counter) {
+        return provider.getPositionAttitude(epochSecondsOf(gps), counter);
+    };
+}
+
+/// The day lookup of `provider` for GPS second of week `gps`: it takes UTC seconds of the day.
+template <typename Provider>
+auto byDay(Provider& provider)
+{
+    return [&provider](double gps, auto& counter) {
+        return provider.getPositionAttitudeOfDay(std::fmod(gps - 18.0, 86400.0), counter);
+    };
 }
 
 /// A provider's answer as the records say it should be: position and angles as stored,
 /// yaw = heading - wander angle, angular rates turned into NED axes by the wander angle.
-struct Expected {
-    double seconds;
-    double latitude;
-    double longitude;
-    double height;
-    double roll;
-    double pitch;
-    double yaw;
-    double rateNorth;
-    double rateEast;
-    double rateDown;
-};
+struct Expected { double seconds, latitude, longitude, height, roll, pitch, yaw, rateNorth, rateEast, rateDown; };
+/// Each quantity with its tolerance: nanoseconds, picoradians, nanometres, 1e-15 rad/s.
+struct Quantity { double Expected::*field; double tolerance; const char* name; };
+constexpr Quantity quantities[] = {
+    {&Expected::seconds, 1e-9, "time"},         {&Expected::latitude, 1e-12, "latitude"},
+    {&Expected::longitude, 1e-12, "longitude"}, {&Expected::height, 1e-9, "height"},
+    {&Expected::roll, 1e-12, "roll"},           {&Expected::pitch, 1e-12, "pitch"},
+    {&Expected::yaw, 1e-12, "yaw"},             {&Expected::rateNorth, 1e-15, "rate north"},
+    {&Expected::rateEast, 1e-15, "rate east"},  {&Expected::rateDown, 1e-15, "rate down"}};
 
 inline Expected expectedOf(const Trajectory::Record& r)
 {
     const double c = std::cos(r.wanderAngle);
     const double s = std::sin(r.wanderAngle);
-    return {r.time,
-            r.latitude,
-            r.longitude,
-            r.height,
-            r.roll,
-            r.pitch,
-            r.heading - r.wanderAngle,
-            r.angularRateX * c - r.angularRateY * s,
-            -r.angularRateX * s - r.angularRateY * c,
-            -r.angularRateZ};
+    return {r.time, r.latitude, r.longitude, r.height, r.roll, r.pitch, r.heading - r.wanderAngle,
+            r.angularRateX * c - r.angularRateY * s, -r.angularRateX * s - r.angularRateY * c, -r.angularRateZ};
 }
 
 /// The linear blend at fraction k (attitudes far from the +-pi seam).
-inline Expected blend(const Expected& a, const Expected& b, double k)
+inline Expected blend(Expected a, const Expected& b, double k)
 {
-    const auto mix = [k](double x, double y) { return x + (y - x) * k; };
-    return {mix(a.seconds, b.seconds),     mix(a.latitude, b.latitude),   mix(a.longitude, b.longitude),
-            mix(a.height, b.height),       mix(a.roll, b.roll),           mix(a.pitch, b.pitch),
-            mix(a.yaw, b.yaw),             mix(a.rateNorth, b.rateNorth), mix(a.rateEast, b.rateEast),
-            mix(a.rateDown, b.rateDown)};
+    for (const auto& q : quantities) {
+        a.*q.field += (b.*q.field - a.*q.field) * k;
+    }
+    return a;
 }
 
 /// The value at GPS second of week `gps` of a trajectory given by its records in time order.
@@ -90,22 +96,54 @@ inline Expected expectedAt(const std::vector<Trajectory::Record>& records, doubl
     return blend(expectedOf(a), expectedOf(b), (gps - a.time) / (b.time - a.time));
 }
 
-/// Tolerances per quantity: nanoseconds, picoradians, nanometres, and rates to 1e-15 rad/s.
 inline void expectValue(const TimedPositionAttitude* actual, const Expected& expected)
 {
     ASSERT_NE(actual, nullptr);
-    EXPECT_NEAR(actual->time.secondsInWeek, expected.seconds, 1e-9);
+    const Expected value{actual->time.secondsInWeek, actual->position.latitude, actual->position.longitude,
+                         actual->position.height,    actual->attitude.getRoll(), actual->attitude.getPitch(),
+                         actual->attitude.getYaw(),  actual->angularRate.x,      actual->angularRate.y,
+                         actual->angularRate.z};
+    for (const auto& q : quantities) {
+        EXPECT_NEAR(value.*q.field, expected.*q.field, q.tolerance) << q.name;
+    }
     EXPECT_EQ(actual->time.weekNumber, 0u);
-    EXPECT_NEAR(actual->position.latitude, expected.latitude, 1e-12);
-    EXPECT_NEAR(actual->position.longitude, expected.longitude, 1e-12);
-    EXPECT_NEAR(actual->position.height, expected.height, 1e-9);
-    EXPECT_NEAR(actual->attitude.getRoll(), expected.roll, 1e-12);
-    EXPECT_NEAR(actual->attitude.getPitch(), expected.pitch, 1e-12);
-    EXPECT_NEAR(actual->attitude.getYaw(), expected.yaw, 1e-12);
-    EXPECT_NEAR(actual->angularRate.x, expected.rateNorth, 1e-15);
-    EXPECT_NEAR(actual->angularRate.y, expected.rateEast, 1e-15);
-    EXPECT_NEAR(actual->angularRate.z, expected.rateDown, 1e-15);
     EXPECT_EQ(actual->status, Trajectory::Record::Status::VALID);
+}
+
+/// The counter of a single request counted as `situation`.
+inline Maths::IntervalCounter countedAs(Maths::Situation situation)
+{
+    Maths::IntervalCounter counter;
+    counter[situation] = 1;
+    return counter;
+}
+
+/// One request of a scenario: the GPS second of week asked for, the records whose value at
+/// that time is the answer (null: no answer), where it is counted and how many rewinds it logs.
+struct Step {
+    double gps;
+    const std::vector<Trajectory::Record>* answer;
+    Maths::Situation counted;
+    std::size_t rewinds = 0;
+};
+
+/// Runs the steps in order through `ask(gps, counter)`.
+template <typename Ask>
+void expectSteps(const Ask& ask, const std::vector<Step>& steps)
+{
+    for (const auto& step : steps) {
+        SCOPED_TRACE(step.gps);
+        Maths::IntervalCounter counter;
+        Testing::EventRecorder events;
+        const std::unique_ptr<TimedPositionAttitude> value = ask(step.gps, counter);
+        if (step.answer != nullptr) {
+            expectValue(value.get(), expectedAt(*step.answer, step.gps));
+        } else {
+            EXPECT_EQ(value, nullptr);
+        }
+        EXPECT_EQ(counter, countedAs(step.counted));
+        EXPECT_EQ(events.entries().size(), step.rewinds);
+    }
 }
 
 /// The records of an SBET file read with plain stream reads, independently of the library.
@@ -114,11 +152,10 @@ inline std::vector<Trajectory::Record> readSbetDirectly(const std::filesystem::p
     static_assert(std::endian::native == std::endian::little);
     std::ifstream file(path, std::ios::binary);
     std::vector<Trajectory::Record> records;
-    double values[17];
-    while (file.read(reinterpret_cast<char*>(values), sizeof(values))) {
-        records.push_back({Trajectory::Record::Status::VALID, values[0], values[1], values[2], values[3], values[4],
-                           values[5], values[6], values[7], values[8], values[9], values[10], values[11], values[12],
-                           values[13], values[14], values[15], values[16]});
+    double v[17];
+    while (file.read(reinterpret_cast<char*>(v), sizeof(v))) {
+        records.push_back({Trajectory::Record::Status::VALID, v[0], v[1], v[2], v[3], v[4], v[5], v[6], v[7], v[8],
+                           v[9], v[10], v[11], v[12], v[13], v[14], v[15], v[16]});
     }
     return records;
 }
@@ -127,10 +164,7 @@ inline std::vector<Trajectory::Record> readSbetDirectly(const std::filesystem::p
 /// counts are shared by every instance; reset() starts them again.
 class CountingSbetReader {
 public:
-    static inline std::uint64_t records = 0;
-    static inline std::uint64_t rewinds = 0;
-    static inline std::uint64_t openings = 0;
-
+    static inline std::uint64_t records = 0, rewinds = 0, openings = 0;
     static void reset() { records = rewinds = openings = 0; }
 
     CountingSbetReader(const Core::FileInfo& fileInfo, Trajectory::Reader::ImuAlignmentStatus imuAlignmentStatus)
@@ -138,19 +172,8 @@ public:
     {
         ++openings;
     }
-
-    Trajectory::Record getNext()
-    {
-        ++records;
-        return reader.getNext();
-    }
-
-    void returnToBegin()
-    {
-        ++rewinds;
-        reader.returnToBegin();
-    }
-
+    Trajectory::Record getNext() { ++records; return reader.getNext(); }
+    void returnToBegin() { ++rewinds; reader.returnToBegin(); }
     bool endOfFile() const { return reader.endOfFile(); }
     bool isRemote() const { return reader.isRemote(); }
     Maths::Interval<double> getTimeInterval(TimeReference reference) const { return reader.getTimeInterval(reference); }

@@ -15,8 +15,8 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <numbers>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace Kelvo::Geodesy {
@@ -30,41 +30,9 @@ using Testing::EventRecorder;
 using Testing::LoopbackServer;
 using Testing::TemporaryDirectory;
 using ::testing::Contains;
-using ::testing::IsEmpty;
-
-constexpr const char* HEADER = "src/Geodesy/include/Geodesy/SbetPositionAttitudeProvider.h";
-constexpr Core::Event::LoggingEventInfo ROLLING_BACK{1, 24, 23};
 
 template <typename Reader>
 using Provider = SbetPositionAttitudeProvider<Reader>;
-
-enum class Variant { week, day };
-
-const char* nameOf(Variant variant)
-{
-    return variant == Variant::week ? "week" : "day";
-}
-
-// Asks for GPS second of week `gps` as the variant takes it: UTC seconds since the Unix
-// epoch in the week starting at WEEK_START, or UTC seconds of the day.
-template <typename Reader>
-std::unique_ptr<TimedPositionAttitude> ask(Provider<Reader>& provider, Variant variant, double gps,
-                                           Maths::IntervalCounter& counter)
-{
-    if (variant == Variant::week) {
-        return provider.getPositionAttitude(epochSecondsOf(gps), counter);
-    }
-    return provider.getPositionAttitudeOfDay(std::fmod(gps - 18.0, 86400.0), counter);
-}
-
-// The GPS second of week that the request of ask() stands for, as rounded on the way.
-double askedGps(Variant variant, double gps)
-{
-    if (variant == Variant::week) {
-        return epochSecondsOf(gps) - WEEK_START + 18.0;
-    }
-    return std::fmod(gps - 18.0, 86400.0) + std::floor((gps - 18.0) / 86400.0) * 86400.0 + 18.0;
-}
 
 Maths::IntervalCounter counts(std::uint64_t lower, std::uint64_t inside, std::uint64_t upper)
 {
@@ -83,7 +51,6 @@ protected:
     static constexpr double STEP = 0.125;
 
     void SetUp() override { CountingSbetReader::reset(); }
-
     double timeOf(std::size_t index) const { return records.at(index).time; }
 
     TemporaryDirectory folder;
@@ -91,173 +58,144 @@ protected:
     Core::FileInfo file{folder.write("run.sbet", Testing::sbetBytes(records))};
 };
 
-TEST_F(SbetProvider, ARequestAtARecordTimeGivesThatRecordWhetherItIsTheLowerOrTheUpperEnd)
-{
-    for (const Variant variant : {Variant::week, Variant::day}) {
-        SCOPED_TRACE(nameOf(variant));
-        Provider<Sbet::Reader> provider(file, nullptr, anyAlignment);
-        Maths::IntervalCounter counter;
+enum class Variant { week, day };
 
-        // The first record is `current` after construction: k = 0, its values exactly.
-        const auto first = ask(provider, variant, timeOf(0), counter);
-        const auto expected = expectedOf(records[0]);
-        EXPECT_EQ(first->time.secondsInWeek, expected.seconds);
-        EXPECT_EQ(first->position, LatLonHeight(Maths::Radian(expected.latitude), Maths::Radian(expected.longitude),
-                                                expected.height));
-        EXPECT_EQ(first->attitude.getYaw(), expected.yaw);
-        EXPECT_EQ(first->angularRate, Maths::PositionVector3(expected.rateNorth, expected.rateEast, expected.rateDown));
-
-        // A record that is `next` stops the search (k = 1).
-        expectValue(ask(provider, variant, timeOf(5), counter).get(), expectedOf(records[5]));
-        EXPECT_EQ(provider.getCurrent()->time.secondsInWeek, timeOf(4));
-
-        // Once past it, the same record is `current` (k = 0).
-        ask(provider, variant, timeOf(5) + 0.0625, counter);
-        EXPECT_EQ(provider.getCurrent()->time.secondsInWeek, timeOf(5));
-        EXPECT_EQ(ask(provider, variant, timeOf(5), counter)->position.height, records[5].height);
+// The same behaviour through both lookups: UTC seconds since the Unix epoch in the week
+// starting at WEEK_START, or UTC seconds of the day.
+class SbetProviderLookup : public SbetProvider, public ::testing::WithParamInterface<Variant> {
+protected:
+    template <typename Reader>
+    std::unique_ptr<TimedPositionAttitude> ask(Provider<Reader>& provider, double gps, Maths::IntervalCounter& counter)
+    {
+        return GetParam() == Variant::week ? byEpoch(provider)(gps, counter) : byDay(provider)(gps, counter);
     }
+
+    // The GPS second of week that the request of ask() stands for, as rounded on the way.
+    double askedGps(double gps) const
+    {
+        if (GetParam() == Variant::week) {
+            return epochSecondsOf(gps) - WEEK_START + 18.0;
+        }
+        return std::fmod(gps - 18.0, 86400.0) + std::floor((gps - 18.0) / 86400.0) * 86400.0 + 18.0;
+    }
+
+    void expectAnswer(const std::unique_ptr<TimedPositionAttitude>& value, double gps)
+    {
+        expectValue(value.get(), expectedAt(records, askedGps(gps)));
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Both, SbetProviderLookup, ::testing::Values(Variant::week, Variant::day),
+                         [](const auto& info) { return info.param == Variant::week ? "week" : "day"; });
+
+TEST_P(SbetProviderLookup, IncreasingRequestsReadEachRecordOnceAndRequestsBehindCurrentReadNothing)
+{
+    Provider<CountingSbetReader> provider(file, nullptr, anyAlignment);
+    EXPECT_EQ(CountingSbetReader::records, 2u) << "the first two records";
+
+    // About twenty requests per record, as lidar time stamps come.
+    Maths::IntervalCounter counter;
+    const std::size_t requests = 20 * (records.size() - 1);
+    const double last = timeOf(records.size() - 1);
+    for (std::size_t i = 0; i <= requests; ++i) {
+        const double gps = START + (last - START) * static_cast<double>(i) / static_cast<double>(requests);
+        const auto value = ask(provider, gps, counter);
+        ASSERT_NE(value, nullptr) << gps;
+        expectAnswer(value, gps);
+        // The week lookup carries the GPS adjusted time of the request: GPS seconds since
+        // 1980-01-06 minus 1e9.
+        const double adjusted = epochSecondsOf(gps) - 315964800.0 + 18.0 - 1e9;
+        EXPECT_NEAR(value->time.auxiliarySeconds, GetParam() == Variant::week ? adjusted : 0.0, 1e-6);
+    }
+    EXPECT_EQ(CountingSbetReader::records, records.size());
+    EXPECT_EQ(CountingSbetReader::rewinds, 1u) << "only the one of construction";
+    EXPECT_EQ(counter, counts(0, requests + 1, 0));
+
+    // A request at a record's time stops with that record as `next`: after the last one,
+    // `current` is the record before it. Between that one and `current`: answered from memory.
+    EXPECT_EQ(provider.getCurrent()->time.secondsInWeek, timeOf(79));
+    for (const double gps : {timeOf(78) + 0.001, timeOf(78) + 0.1, timeOf(79) - 1e-6}) {
+        expectAnswer(ask(provider, gps, counter), gps);
+    }
+    EXPECT_EQ(CountingSbetReader::records, records.size());
+    EXPECT_EQ(CountingSbetReader::rewinds, 1u);
 }
 
-TEST_F(SbetProvider, IncreasingRequestsReadEachRecordOnceAndRequestsBehindCurrentReadNothing)
+TEST_P(SbetProviderLookup, ABackwardRequestBeyondTheBracketRewindsAndReadsTheFileAgain)
 {
-    for (const Variant variant : {Variant::week, Variant::day}) {
-        SCOPED_TRACE(nameOf(variant));
+    // A request exactly at the first record after the rewind is reported too.
+    const std::string atFirst = assertText("utcSeconds > current->time.toUtc< TR >()");
+    const std::tuple<const char*, std::vector<double>, double, std::vector<std::string>> cases[] = {
+        {"exactly at previous", {START + 1.0, START + 1.5}, START + 1.25, {}},
+        {"before previous", {START + 1.0, START + 1.5}, START + 1.2, {}},
+        {"exactly at the first record", {START + 1.0}, START, {atFirst}},
+    };
+    for (const auto& [name, before, request, reports] : cases) {
+        SCOPED_TRACE(name);
         CountingSbetReader::reset();
         Provider<CountingSbetReader> provider(file, nullptr, anyAlignment);
-        EXPECT_EQ(CountingSbetReader::records, 2u) << "the first two records";
-
-        // About twenty requests per record, as lidar time stamps come.
         Maths::IntervalCounter counter;
-        const std::size_t requests = 20 * (records.size() - 1);
-        const double last = timeOf(records.size() - 1);
-        for (std::size_t i = 0; i <= requests; ++i) {
-            const double gps = START + (last - START) * static_cast<double>(i) / static_cast<double>(requests);
-            const auto value = ask(provider, variant, gps, counter);
-            expectValue(value.get(), expectedAt(records, askedGps(variant, gps)));
-            EXPECT_NEAR(value->time.auxiliarySeconds,
-                        variant == Variant::week ? gpsAdjustedTimeOf(epochSecondsOf(gps)) : 0.0, 1e-6);
+        for (const double gps : before) {
+            ask(provider, gps, counter);
         }
-        EXPECT_EQ(CountingSbetReader::records, records.size());
-        EXPECT_EQ(CountingSbetReader::rewinds, 1u) << "only the one of construction";
-        EXPECT_EQ(counter, counts(0, requests + 1, 0));
+        const auto readBefore = CountingSbetReader::records;
 
-        // Between the record before `current` and `current`: answered from memory.
-        EXPECT_EQ(provider.getCurrent()->time.secondsInWeek, timeOf(79));
-        for (const double gps : {timeOf(78) + 0.001, timeOf(78) + 0.1, timeOf(79) - 1e-6}) {
-            expectValue(ask(provider, variant, gps, counter).get(), expectedAt(records, askedGps(variant, gps)));
-        }
-        EXPECT_EQ(CountingSbetReader::records, records.size());
-        EXPECT_EQ(CountingSbetReader::rewinds, 1u);
+        AssertionRecorder recorder;
+        EventRecorder events;
+        expectAnswer(ask(provider, request, counter), request);
+        EXPECT_EQ(recorder.messages(), reports);
+        EXPECT_EQ(CountingSbetReader::rewinds, 2u);
+        ASSERT_EQ(events.entries().size(), 1u);
+        EXPECT_EQ(events.entries()[0].first, (Core::Event::LoggingEventInfo{1, 24, 23}));
+        // Read again from the first record up to the bracket of the request.
+        const auto upper = static_cast<std::uint64_t>(std::ceil((request - START) / STEP));
+        EXPECT_EQ(CountingSbetReader::records, readBefore + std::max<std::uint64_t>(upper, 1) + 1);
+        EXPECT_EQ(counter, counts(0, before.size() + 1, 0));
     }
 }
 
-TEST_F(SbetProvider, ABackwardRequestBeyondTheBracketRewindsAndReadsTheFileAgain)
+TEST_P(SbetProviderLookup, TimesOutsideTheFileAreEmptyAndCountedBelowOrAbove)
 {
-    const std::string requestAtFirstRecord = assertText("utcSeconds > current->time.toUtc< TR >()");
-    const struct {
-        const char* name;
-        std::vector<double> before;
-        double request;
-        bool rewinds;
-        std::vector<std::string> reports;
-    } cases[] = {
-        {"between previous and current", {START + 1.0, START + 1.5}, START + 1.3, false, {}},
-        {"exactly at previous", {START + 1.0, START + 1.5}, START + 1.25, true, {}},
-        {"before previous", {START + 1.0, START + 1.5}, START + 1.2, true, {}},
-        {"exactly at the first record", {START + 1.0}, START, true, {requestAtFirstRecord}},
-    };
-    for (const Variant variant : {Variant::week, Variant::day}) {
-        for (const auto& c : cases) {
-            SCOPED_TRACE(std::string(nameOf(variant)) + ": " + c.name);
-            CountingSbetReader::reset();
-            Provider<CountingSbetReader> provider(file, nullptr, anyAlignment);
-            Maths::IntervalCounter counter;
-            for (const double gps : c.before) {
-                ask(provider, variant, gps, counter);
-            }
-            const auto readBefore = CountingSbetReader::records;
-
-            AssertionRecorder recorder;
-            EventRecorder events;
-            const auto value = ask(provider, variant, c.request, counter);
-            expectValue(value.get(), expectedAt(records, askedGps(variant, c.request)));
-            EXPECT_EQ(recorder.messages(), c.reports);
-            EXPECT_EQ(CountingSbetReader::rewinds, c.rewinds ? 2u : 1u);
-            EXPECT_EQ(events.entries().size(), c.rewinds ? 1u : 0u);
-            if (!c.rewinds) {
-                EXPECT_EQ(CountingSbetReader::records, readBefore);
-            } else {
-                // Read again from the first record up to the bracket of the request.
-                const auto upper = static_cast<std::uint64_t>(std::ceil((c.request - START) / STEP));
-                EXPECT_EQ(CountingSbetReader::records, readBefore + std::max<std::uint64_t>(upper, 1) + 1);
-                EXPECT_EQ(events.entries()[0].first, ROLLING_BACK);
-            }
-            EXPECT_EQ(counter, counts(0, c.before.size() + 1, 0));
-        }
-    }
+    Provider<Sbet::Reader> provider(file, nullptr, anyAlignment);
+    const double last = timeOf(records.size() - 1);
+    expectSteps([&](double gps, auto& counter) { return ask(provider, gps, counter); },
+                {{START - 0.001, nullptr, Situation::lower}, {START, &records, Situation::inside},
+                 {last, &records, Situation::inside},        {last + 0.001, nullptr, Situation::upper},
+                 {START + 5.0, &records, Situation::inside, 1}, {START - 3600.0, nullptr, Situation::lower},
+                 {last + 3600.0, nullptr, Situation::upper}});
 }
 
 TEST_F(SbetProvider, TheRollingBackMessageGivesBothTimesInTheRequestScaleWithSixDecimals)
 {
     Provider<Sbet::Reader> provider(file, nullptr, anyAlignment);
     Maths::IntervalCounter counter;
-    ask(provider, Variant::week, START + 1.0, counter);
-    ask(provider, Variant::week, START + 1.5, counter);
+    provider.getPositionAttitude(epochSecondsOf(START + 1.0), counter);
+    provider.getPositionAttitude(epochSecondsOf(START + 1.5), counter);
     EventRecorder events;
-    ask(provider, Variant::week, START + 1.2, counter);
-    ask(provider, Variant::week, START + 1.5, counter);
-    ask(provider, Variant::day, START + 1.2, counter);
-    ASSERT_EQ(events.entries().size(), 2u);
+    provider.getPositionAttitude(epochSecondsOf(START + 1.2), counter);
+    provider.getPositionAttitude(epochSecondsOf(START + 1.5), counter);
+    provider.getPositionAttitudeOfDay(START + 1.2 - 18.0 - 86400.0, counter);
     // UTC seconds of the week, then of the day; `current` stood on the record at +1.375.
+    ASSERT_EQ(events.entries().size(), 2u);
     EXPECT_EQ(events.entries()[0].second, "Timings are not ordered -> rolling back into SBET: 99983.200000 < 99983.375000");
     EXPECT_EQ(events.entries()[1].second, "Timings are not ordered -> rolling back into SBET: 13583.200000 < 13583.375000");
-}
-
-TEST_F(SbetProvider, TimesOutsideTheFileAreEmptyAndCountedBelowOrAbove)
-{
-    const double last = timeOf(records.size() - 1);
-    const struct {
-        double gps;
-        Situation situation;
-    } cases[] = {
-        {START - 0.001, Situation::lower}, {START, Situation::inside},      {last, Situation::inside},
-        {last + 0.001, Situation::upper},  {START + 5.0, Situation::inside}, {START - 3600.0, Situation::lower},
-        {last + 3600.0, Situation::upper},
-    };
-    for (const Variant variant : {Variant::week, Variant::day}) {
-        SCOPED_TRACE(nameOf(variant));
-        Provider<Sbet::Reader> provider(file, nullptr, anyAlignment);
-        for (const auto& c : cases) {
-            SCOPED_TRACE(c.gps);
-            Maths::IntervalCounter counter;
-            EventRecorder events;
-            const auto value = ask(provider, variant, c.gps, counter);
-            EXPECT_EQ(value != nullptr, c.situation == Situation::inside);
-            EXPECT_EQ(counter[c.situation], 1u);
-            EXPECT_EQ(counter, counts(c.situation == Situation::lower, c.situation == Situation::inside,
-                                      c.situation == Situation::upper));
-            if (value) {
-                expectValue(value.get(), expectedAt(records, askedGps(variant, c.gps)));
-            }
-        }
-    }
 }
 
 TEST_F(SbetProvider, RequestsThatAreNotNormalNumbersAreReportedFirst)
 {
     Provider<Sbet::Reader> provider(file, nullptr, anyAlignment);
     Maths::IntervalCounter counter;
+    const std::string notNormal = assertText("std::isnormal( seconds ) || seconds == 0.0");
     for (const double seconds :
          {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(), 1e-310}) {
         SCOPED_TRACE(seconds);
         AssertionRecorder recorder;
         provider.getPositionAttitude(seconds, counter);
         provider.getPositionAttitudeOfDay(seconds, counter);
-        const std::string notNormal = assertText("std::isnormal( seconds ) || seconds == 0.0");
         const auto messages = recorder.messages();
         ASSERT_FALSE(messages.empty());
         EXPECT_EQ(messages[0], notNormal);
-        EXPECT_EQ(recorder.records()[0].file, HEADER);
+        EXPECT_EQ(recorder.records()[0].file, "src/Geodesy/include/Geodesy/SbetPositionAttitudeProvider.h");
         EXPECT_EQ(std::count(messages.begin(), messages.end(), notNormal), 2);
     }
     // Zero is a time like any other: here, below the file.
@@ -266,18 +204,19 @@ TEST_F(SbetProvider, RequestsThatAreNotNormalNumbersAreReportedFirst)
     EXPECT_EQ(counter, counts(1, 0, 0));
 }
 
-TEST_F(SbetProvider, AFileReadToItsEndIsOpenedAgainForTheNextRewind)
+TEST(SbetProviderAtTheEndOfAFile, AFileReadToItsEndIsOpenedAgainForTheNextRewind)
 {
     // Records at GPS 65535, 65535.5 and 65536 s: a request just after the last record's UTC
     // time of day rounds, once 18 s are added, onto the last record and counts as inside,
     // while the search sees it after that record and reads on to the end of the file.
-    TemporaryDirectory local;
+    TemporaryDirectory folder;
     const auto edge = Testing::syntheticTrajectory(65535.0, 0.5, 3);
-    const Core::FileInfo edgeFile(local.write("edge.sbet", Testing::sbetBytes(edge)));
+    const Core::FileInfo edgeFile(folder.write("edge.sbet", Testing::sbetBytes(edge)));
     const double request = 65518.0 + 0x1p-37;
     ASSERT_EQ(request + 18.0, 65536.0);
     ASSERT_LT(65536.0 - 18.0, request);
 
+    CountingSbetReader::reset();
     Provider<CountingSbetReader> provider(edgeFile, nullptr, anyAlignment);
     Maths::IntervalCounter counter;
     {
@@ -301,74 +240,41 @@ TEST(SbetProviderAroundMidnight, TheWeekLookupCrossesAUtcMidnightWhileTheDayLook
     TemporaryDirectory folder;
     const auto records = Testing::syntheticTrajectory(86400.0 + 18.0 - 0.5, 0.5, 9);
     const Core::FileInfo file(folder.write("midnight.sbet", Testing::sbetBytes(records)));
-    const std::string straddle =
-        assertText("next->time.toUtc< TimeReference::day >() > current->time.toUtc< TimeReference::day >()");
+    Provider<Sbet::Reader> week(file, nullptr, anyAlignment);
+    expectSteps(byEpoch(week),
+                {{86417.75, &records, Situation::inside}, {86418.0, &records, Situation::inside},
+                 {86419.25, &records, Situation::inside}});
 
-    {
-        Provider<Sbet::Reader> provider(file, nullptr, anyAlignment);
-        Maths::IntervalCounter counter;
-        for (const double utc : {86399.75, 86400.0, 86401.25}) {
-            expectValue(provider.getPositionAttitude(WEEK_START + utc, counter).get(), expectedAt(records, utc + 18.0));
-        }
-        EXPECT_EQ(counter, counts(0, 3, 0));
-    }
-    {
-        Provider<Sbet::Reader> provider(file, nullptr, anyAlignment);
-        Maths::IntervalCounter counter;
-        // Before midnight the time of day plus 18 s lies past the file's GPS times of day.
-        EXPECT_EQ(provider.getPositionAttitudeOfDay(86399.75, counter), nullptr);
-        EXPECT_EQ(counter, counts(0, 0, 1));
-
-        // After it, the first record (UTC 86399.5 of the day before) lies ahead of the request:
-        // a rewind, which reports the first two records straddling midnight, then the answer.
-        AssertionRecorder recorder;
-        EventRecorder events;
-        expectValue(provider.getPositionAttitudeOfDay(0.75, counter).get(), expectedAt(records, 86418.75));
-        EXPECT_THAT(recorder.messages(), Contains(straddle));
-        EXPECT_EQ(events.entries().size(), 1u);
-        EXPECT_EQ(counter, counts(0, 1, 1));
-    }
+    // By day, UTC 23:59:59.75 plus 18 s lies past the file's GPS times of day. At 00:00:00.75
+    // the first record (UTC 86399.5 of the day before) lies ahead of the request: a rewind,
+    // which reports the first two records straddling midnight, then the answer.
+    Provider<Sbet::Reader> day(file, nullptr, anyAlignment);
+    AssertionRecorder recorder;
+    expectSteps(byDay(day), {{86417.75, nullptr, Situation::upper}, {86418.75, &records, Situation::inside, 1}});
+    EXPECT_THAT(recorder.messages(), Contains(assertText("next->time.toUtc< TimeReference::day >() > "
+                                                         "current->time.toUtc< TimeReference::day >()")));
 }
 
 TEST(SbetProviderOverApxRaw, RecordsBeforeTheAlignmentAreNotInterpolated)
 {
-    // Required: full navigation; the IMU reaches it at the fourth record.
+    // Records every 250 ms from GPS 50000 s; full navigation is required and reached at the
+    // fourth record.
     std::vector<ApxRaw::RawRecord> raws;
-    const std::uint8_t states[] = {1, 2, 3, 5, 5, 5, 5};
-    for (std::size_t i = 0; i < std::size(states); ++i) {
-        raws.push_back(Testing::syntheticRawRecord(static_cast<std::uint32_t>(50000000 + 250 * i), states[i]));
+    for (const std::uint8_t state : {1, 2, 3, 5, 5, 5, 5}) {
+        raws.push_back(Testing::syntheticRawRecord(static_cast<std::uint32_t>(50000000 + 250 * raws.size()), state));
     }
     TemporaryDirectory folder;
     const Core::FileInfo file(folder.write("run.stream", Testing::apxRawBytes(raws)));
+    ApxRaw::Reader reader(file, Trajectory::Reader::ImuAlignmentStatus::FULL_NAVIGATION);
+    const auto records = Testing::readUntilEnd(reader);
 
-    // The raw values as the records hold them: degrees to radians, no wander angle.
-    const auto expectedOfRaw = [](const ApxRaw::RawRecord& raw) {
-        constexpr double degree = std::numbers::pi / 180.0;
-        return Expected{raw.timeOfWeek / 1000.0,      raw.latitude * degree,   raw.longitude * degree,
-                        raw.height,                   raw.roll * degree,       raw.pitch * degree,
-                        raw.heading * degree,         raw.secondTriple[0],     -raw.secondTriple[1],
-                        -static_cast<double>(raw.secondTriple[2])};
-    };
-
+    // After the rewind the reader keeps its best alignment: the early records now count as aligned.
     Provider<ApxRaw::Reader> provider(file, nullptr, Trajectory::Reader::ImuAlignmentStatus::FULL_NAVIGATION);
-    Maths::IntervalCounter counter;
-    for (const double offset : {0.1, 0.3, 0.6}) {
-        EXPECT_EQ(provider.getPositionAttitude(epochSecondsOf(50000.0 + offset), counter), nullptr) << offset;
-    }
-    for (const double offset : {0.8, 1.2, 1.4}) {
-        const double gps = 50000.0 + offset;
-        const std::size_t i = static_cast<std::size_t>(offset / 0.25);
-        const double k = (epochSecondsOf(gps) - WEEK_START + 18.0 - raws[i].timeOfWeek / 1000.0) / 0.25;
-        expectValue(provider.getPositionAttitude(epochSecondsOf(gps), counter).get(),
-                    blend(expectedOfRaw(raws[i]), expectedOfRaw(raws[i + 1]), k));
-    }
-    EXPECT_EQ(counter, counts(0, 6, 0));
-
-    // After a rewind the reader keeps its best alignment: the early records now count as
-    // aligned.
-    EventRecorder events;
-    EXPECT_NE(provider.getPositionAttitude(epochSecondsOf(50000.1), counter), nullptr);
-    EXPECT_EQ(events.entries().size(), 1u);
+    expectSteps(byEpoch(provider),
+                {{50000.125, nullptr, Situation::inside},  {50000.375, nullptr, Situation::inside},
+                 {50000.625, nullptr, Situation::inside},  {50000.875, &records, Situation::inside},
+                 {50001.125, &records, Situation::inside}, {50001.375, &records, Situation::inside},
+                 {50000.125, &records, Situation::inside, 1}});
 }
 
 TEST(SbetProviderOverRealFiles, AnswersBetweenTheRecordsOfFilesWrittenByOtherPrograms)
@@ -383,8 +289,8 @@ TEST(SbetProviderOverRealFiles, AnswersBetweenTheRecordsOfFilesWrittenByOtherPro
         // Not at a record: a request since the Unix epoch keeps only 0.24 us of its fraction.
         for (const double k : {0.02, 0.3, 0.75}) {
             const double request = epochSecondsOf(records[i].time + k * (records[i + 1].time - records[i].time));
-            const auto value = provider.getPositionAttitude(request, counter);
-            expectValue(value.get(), expectedAt(records, request - WEEK_START + 18.0));
+            expectValue(provider.getPositionAttitude(request, counter).get(),
+                        expectedAt(records, request - WEEK_START + 18.0));
         }
     }
     // The times leeward's own documentation looks up: one inside, one far outside.
@@ -414,55 +320,15 @@ TEST(SbetProviderOverALiveSource, ReadsAheadAsFarAsAskedButNeverRewinds)
     Provider<Sbet::Reader> provider(Core::FileInfo::remote("live.sbet", "127.0.0.1", server.port(), 5000), nullptr,
                                     anyAlignment);
 
-    const struct {
-        const char* name;
-        double gps;
-        bool answered;
-        Maths::IntervalCounter counter;
-        std::size_t events;
-    } steps[] = {
-        {"inside what has arrived", 2000.25, true, counts(0, 1, 0), 0},
-        {"beyond it: read up to, then counted as inside", 2002.25, true, counts(0, 1, 0), 0},
-        {"behind the bracket: no rewind", 2001.0, false, counts(0, 1, 0), 1},
-        {"between previous and current", 2001.75, true, counts(0, 1, 0), 0},
-        {"before the first record", 1999.0, false, counts(1, 0, 0), 0},
-        {"after the end of the stream", 2010.0, false, counts(0, 0, 1), 0},
-        {"between the last two records", 2003.25, true, counts(0, 1, 0), 0},
-    };
-    for (const auto& step : steps) {
-        SCOPED_TRACE(step.name);
-        Maths::IntervalCounter counter;
-        EventRecorder events;
-        AssertionRecorder recorder;
-        const auto value = provider.getPositionAttitude(epochSecondsOf(step.gps), counter);
-        EXPECT_EQ(value != nullptr, step.answered);
-        if (value) {
-            expectValue(value.get(), expectedAt(records, step.gps));
-        }
-        EXPECT_EQ(counter, step.counter);
-        EXPECT_EQ(events.entries().size(), step.events);
-        EXPECT_THAT(recorder.messages(), IsEmpty());
-    }
+    // Inside what has arrived; beyond it (read up to, then counted as inside); behind the
+    // bracket (no rewind); between previous and current; before the first record; after the
+    // end of the stream; between the last two records.
+    expectSteps(byEpoch(provider),
+                {{2000.25, &records, Situation::inside}, {2002.25, &records, Situation::inside},
+                 {2001.0, nullptr, Situation::inside, 1}, {2001.75, &records, Situation::inside},
+                 {1999.0, nullptr, Situation::lower},     {2010.0, nullptr, Situation::upper},
+                 {2003.25, &records, Situation::inside}});
     EXPECT_EQ(provider.getTimeInterval(TimeReference::week), Maths::Interval<double>(2000.0, 2003.5));
-}
-
-TEST(SbetProviderSetUp, KeepsItsOwnCopyOfTheTransform)
-{
-    TemporaryDirectory folder;
-    const auto records = Testing::syntheticTrajectory(300.0, 1.0, 3);
-    const Core::FileInfo file(folder.write("run.sbet", Testing::sbetBytes(records)));
-
-    std::unique_ptr<Provider<Sbet::Reader>> provider;
-    {
-        const CRS::Transform raise(1, [](const Maths::PositionVector3& p, CRS::ConvertStep) {
-            return Maths::PositionVector3(p.x, p.y, p.z + 100.0);
-        });
-        provider = std::make_unique<Provider<Sbet::Reader>>(file, &raise, anyAlignment);
-    }
-    Maths::IntervalCounter counter;
-    const auto value = provider->getPositionAttitudeOfDay(300.5 - 18.0, counter);
-    EXPECT_NEAR(value->position.height, expectedAt(records, 300.5).height + 100.0, 1e-9);
-
 }
 
 } // namespace
