@@ -19,10 +19,7 @@
 namespace Kelvo::Geodesy::ApxRaw {
 namespace {
 
-using Testing::bitsOf;
-using Testing::syntheticRawRecord;
-using Testing::TemporaryDirectory;
-using Testing::valuesOf;
+using namespace Testing;
 using Status = Trajectory::Record::Status;
 using Alignment = Trajectory::Reader::ImuAlignmentStatus;
 
@@ -88,7 +85,7 @@ TEST(ApxRawReader, WriterAndReaderRoundTripEveryBit)
     Reader reader(Core::FileInfo(path), Alignment::NO_SOLUTION);
     EXPECT_EQ(reader.getCount(), records.size());
     EXPECT_EQ(reader.getTimeInterval(TimeReference::week), Maths::Interval<double>(400000.0, 400024.995));
-    const auto read = Testing::readUntilEnd(reader);
+    const auto read = readUntilEnd(reader);
     ASSERT_EQ(read.size(), records.size());
     for (std::size_t i = 0; i < records.size(); ++i) {
         const auto& r = records[i];
@@ -125,9 +122,9 @@ TEST(ApxRawReader, GradesRecordsByTheBestAlignmentSoFarAndTheSolutionFlag)
         for (const auto& [state, flag] : c.stateAndFlag) {
             records.push_back(syntheticRawRecord(1000u * static_cast<std::uint32_t>(records.size() + 1), state, flag));
         }
-        Reader reader(Core::FileInfo(folder.write("graded.stream", Testing::apxRawBytes(records))), c.required);
+        Reader reader(Core::FileInfo(folder.write("graded.stream", apxRawBytes(records))), c.required);
         std::vector<Status> statuses;
-        for (const auto& record : Testing::readUntilEnd(reader)) {
+        for (const auto& record : readUntilEnd(reader)) {
             statuses.push_back(record.status);
         }
         EXPECT_EQ(statuses, c.expected) << "required state " << static_cast<int>(c.required);
@@ -137,12 +134,12 @@ TEST(ApxRawReader, GradesRecordsByTheBestAlignmentSoFarAndTheSolutionFlag)
 TEST(ApxRawReader, ATrailingPartialRecordIsCountedOutAndReadOverTheNaNPrefill)
 {
     const TemporaryDirectory folder;
-    const auto bytes = Testing::apxRawBytes({syntheticRawRecord(1000), syntheticRawRecord(2000), syntheticRawRecord(3000)});
+    const auto bytes = apxRawBytes({syntheticRawRecord(1000), syntheticRawRecord(2000), syntheticRawRecord(3000)});
     // The last 115 bytes of the file straddle two records: their time is no real time.
-    Testing::AssertionRecorder assertions;
+    AssertionRecorder assertions;
     Reader reader(Core::FileInfo(folder.write("cut.stream", bytes.substr(0, 2 * 115 + 50))), Alignment::NO_SOLUTION);
     EXPECT_EQ(reader.getCount(), 2u);
-    const auto cut = Testing::readPastTheEnd(reader, {1.0, 2.0}, "Raw APX file has unexpectedly reached EOF.");
+    const auto cut = readPastTheEnd(reader, {1.0, 2.0}, "Raw APX file has unexpectedly reached EOF.");
     EXPECT_EQ(cut.status, Status::VALID) << "alignment and flag were among the bytes read";
     // The read stopped before the byte swap: the time keeps the file's byte order.
     if constexpr (std::endian::native == std::endian::little) {

@@ -13,13 +13,7 @@
 namespace Kelvo::Geodesy::GNSS {
 namespace {
 
-using Testing::AssertionRecorder;
-using Testing::assertTexts;
-using Testing::dataLine;
-using Testing::LogRecorder;
-using Testing::neverText;
-using Testing::posHeader;
-using Testing::TemporaryDirectory;
+using namespace Testing;
 using ::testing::ElementsAre;
 
 constexpr const char* factorySource = "src/Geodesy/src/Geodesy/GnssDataProviderFactory.cpp";

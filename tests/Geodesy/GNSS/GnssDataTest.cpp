@@ -11,8 +11,7 @@
 namespace Kelvo::Geodesy::GNSS {
 namespace {
 
-using Testing::assertTexts;
-using Testing::valuesOf;
+using namespace Testing;
 
 // Every field different, so that a field taken from the wrong place shows.
 GnssData record(double seconds, double base, std::uint64_t week = 2244)
@@ -68,7 +67,7 @@ TEST(GnssData, ReportsEachBrokenPreconditionAndStillAnswers)
          assertTexts({"gpsTime >= time1", "gpsTime <= time2", "k >= 0.0", "k <= 1.0"})},
     };
     for (const auto& c : cases) {
-        Testing::AssertionRecorder recorder;
+        AssertionRecorder recorder;
         EXPECT_EQ(GnssData::interpolate(c.seconds, c.first, c.second).gpsTime.weekNumber, c.first.gpsTime.weekNumber);
         EXPECT_EQ(recorder.messages(), c.reports) << c.seconds;
         EXPECT_EQ(recorder.records().front().file, "src/Geodesy/include/Geodesy/GNSS/GnssData.h");

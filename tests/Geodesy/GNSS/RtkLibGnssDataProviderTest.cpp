@@ -17,14 +17,7 @@ namespace Kelvo::Geodesy::GNSS {
 namespace {
 
 using Core::Logging::Level;
-using Testing::AssertionRecorder;
-using Testing::assertTexts;
-using Testing::dataLine;
-using Testing::LogRecorder;
-using Testing::posHeader;
-using Testing::refData;
-using Testing::TemporaryDirectory;
-using Testing::valuesOf;
+using namespace Testing;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 

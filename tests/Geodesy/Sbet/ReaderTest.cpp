@@ -20,10 +20,7 @@
 namespace Kelvo::Geodesy::Sbet {
 namespace {
 
-using Testing::bitsOf;
-using Testing::refData;
-using Testing::TemporaryDirectory;
-using Testing::valuesOf;
+using namespace Testing;
 using Trajectory::Record;
 
 constexpr auto anyAlignment = Trajectory::Reader::ImuAlignmentStatus::NO_SOLUTION;
@@ -63,7 +60,7 @@ TEST(SbetReader, ReadsFilesWrittenByOtherProgramsFromFirstToLastRecord)
         EXPECT_EQ(reader.getSize(), static_cast<std::streamoff>(136 * c.count));
         EXPECT_EQ(reader.getCount(), c.count);
         EXPECT_EQ(reader.getTimeInterval(TimeReference::week), Maths::Interval<double>(c.first[0], c.last[0]));
-        const auto records = Testing::readUntilEnd(reader);
+        const auto records = readUntilEnd(reader);
         ASSERT_EQ(records.size(), c.count);
         EXPECT_EQ(valuesOf(records.front()), c.first);
         EXPECT_EQ(valuesOf(records.back()), c.last);
@@ -77,10 +74,10 @@ TEST(SbetReader, ReadsFilesWrittenByOtherProgramsFromFirstToLastRecord)
 TEST(SbetReader, AFileThatIsNotAWholeNumberOfRecordsIsRefusedAsTruncated)
 {
     const TemporaryDirectory folder;
-    const auto oneByteMore = folder.write("run1.sbet", Testing::sbetBytes(Testing::syntheticTrajectory(10, 1, 1)) + "x");
+    const auto oneByteMore = folder.write("run1.sbet", sbetBytes(syntheticTrajectory(10, 1, 1)) + "x");
     for (const auto& path : {refData("pdal/badfile.sbet"), oneByteMore}) {
         // No closing quote and no blank: the text reads "...run1.sbetis truncated.".
-        EXPECT_EQ(Testing::thrownText<std::runtime_error>([&] { Reader reader(Core::FileInfo(path), anyAlignment); }),
+        EXPECT_EQ(thrownText<std::runtime_error>([&] { Reader reader(Core::FileInfo(path), anyAlignment); }),
                   "SBET file '" + path.string() + "is truncated.");
     }
 }
@@ -90,11 +87,11 @@ TEST(SbetReader, AFileWhoseLastTimeIsNotAfterItsFirstFailsTheIntervalCheck)
     const TemporaryDirectory folder;
     for (const double step : {1.0, -1.0}) {
         // One record has the same first and last time.
-        const auto records = Testing::syntheticTrajectory(10.0, step, step > 0 ? 1 : 3);
-        Testing::AssertionRecorder assertions;
-        Reader reader(Core::FileInfo(folder.write("bad-order.sbet", Testing::sbetBytes(records))), anyAlignment);
+        const auto records = syntheticTrajectory(10.0, step, step > 0 ? 1 : 3);
+        AssertionRecorder assertions;
+        Reader reader(Core::FileInfo(folder.write("bad-order.sbet", sbetBytes(records))), anyAlignment);
         EXPECT_THAT(assertions.messages(),
-                    ::testing::ElementsAre(Testing::assertText("timeInterval.data.first < timeInterval.data.second")));
+                    ::testing::ElementsAre(assertText("timeInterval.data.first < timeInterval.data.second")));
         EXPECT_EQ(assertions.records().at(0).file, "src/Geodesy/src/Geodesy/Sbet/Reader.cpp");
         EXPECT_EQ(reader.getNext().time, 10.0) << "the reader still starts at the first record";
     }
@@ -103,7 +100,7 @@ TEST(SbetReader, AFileWhoseLastTimeIsNotAfterItsFirstFailsTheIntervalCheck)
 TEST(SbetReader, WriterAndReaderRoundTripEveryBitAndRewindOverManyReadChunks)
 {
     // Enough records for the reads to cross several chunks of the read-ahead.
-    auto records = Testing::syntheticTrajectory(100000.0, 0.005, 9000);
+    auto records = syntheticTrajectory(100000.0, 0.005, 9000);
     records[1].height = -0.0;
     records[2].velocityX = std::numeric_limits<double>::infinity();
     records[3].roll = std::bit_cast<double>(std::uint64_t{0x7FF8DEADBEEF0001});
@@ -124,7 +121,7 @@ TEST(SbetReader, WriterAndReaderRoundTripEveryBitAndRewindOverManyReadChunks)
         reader.getNext();
     }
     reader.returnToBegin();
-    const auto read = Testing::readUntilEnd(reader);
+    const auto read = readUntilEnd(reader);
     ASSERT_EQ(read.size(), records.size());
     for (std::size_t i = 0; i < records.size(); ++i) {
         ASSERT_EQ(bitsOf(valuesOf(read[i])), bitsOf(valuesOf(records[i]))) << "record " << i;

@@ -18,16 +18,13 @@
 namespace Kelvo::Geodesy::Smrmsg {
 namespace {
 
-using Testing::bitsOf;
-using Testing::refData;
-using Testing::TemporaryDirectory;
-using Testing::valuesOf;
+using namespace Testing;
 
 constexpr const char* endOfFileMessage = "SMRMSG file has unexpectedly reached EOF.";
 
 std::string bytesOf(const std::vector<Record>& records)
 {
-    return Testing::writtenBytes<Writer>(records);
+    return writtenBytes<Writer>(records);
 }
 
 Record recordAt(double time)
@@ -38,7 +35,7 @@ Record recordAt(double time)
 TEST(SmrmsgReader, ReadsEveryRecordOfAFileWrittenByAnotherProgram)
 {
     Reader reader(Core::FileInfo(refData("pdal/smrmsg.smrmsg")));
-    const auto records = Testing::readUntilEnd(reader);
+    const auto records = readUntilEnd(reader);
     ASSERT_EQ(records.size(), 21902u);
     EXPECT_EQ(valuesOf(records.front()),
               (std::array<double, 10>{536258.0, 0.0562789546440652, 0.05779133225572036, 0.0707735879825197,
@@ -76,7 +73,7 @@ TEST(SmrmsgReader, TheReadThatHitsTheEndGivesNoDataAndTheNextCallThrows)
     };
     for (const auto& [bytes, times] : cases) {
         Reader reader(Core::FileInfo(folder.write("file.smrmsg", bytes)));
-        Testing::readPastTheEnd(reader, times, endOfFileMessage);
+        readPastTheEnd(reader, times, endOfFileMessage);
     }
 }
 
@@ -97,7 +94,7 @@ TEST(SmrmsgReader, WriterAndReaderRoundTripEveryBit)
         }
     }
     Reader reader(Core::FileInfo{path});
-    const auto read = Testing::readUntilEnd(reader);
+    const auto read = readUntilEnd(reader);
     ASSERT_EQ(read.size(), records.size());
     for (std::size_t i = 0; i < records.size(); ++i) {
         ASSERT_EQ(bitsOf(valuesOf(read[i])), bitsOf(valuesOf(records[i]))) << "record " << i;

@@ -20,10 +20,7 @@ namespace Kelvo::Geodesy::Trajectory {
 namespace {
 
 using Core::Logging::Level;
-using Testing::AssertionRecorder;
-using Testing::assertText;
-using Testing::LogRecorder;
-using Testing::TemporaryDirectory;
+using namespace Testing;
 using ::testing::ElementsAre;
 using ::testing::StartsWith;
 
@@ -81,7 +78,7 @@ TEST(TrajectoryReader, AnEmptyFileIsLoggedAndRefusedWithoutABlankBeforeIsEmpty)
     const std::string message = "Trajectory file \"" + path.string() + "\"is empty";
     for (const auto& format : recordFormats) {
         LogRecorder log;
-        EXPECT_THAT(Testing::thrownText<std::system_error>([&] { format.open(Core::FileInfo(path)); }),
+        EXPECT_THAT(thrownText<std::system_error>([&] { format.open(Core::FileInfo(path)); }),
                     StartsWith(message));
         EXPECT_THAT(log.at(Level::error), ElementsAre(message)) << format.name;
     }
@@ -95,11 +92,11 @@ TEST(TrajectoryReader, TheReadThatHitsTheEndGivesNoDataAndTheNextCallThrows)
         const auto reader = format.open(Core::FileInfo(folder.write("two", format.bytes(2))));
         EXPECT_EQ(reader->getCount(), 2u);
         EXPECT_EQ(reader->getTimeInterval(TimeReference::week), Maths::Interval<double>(10.0, 11.0));
-        const auto hit = Testing::readPastTheEnd(*reader, {10.0, 11.0}, format.endOfFileMessage);
+        const auto hit = readPastTheEnd(*reader, {10.0, 11.0}, format.endOfFileMessage);
         EXPECT_EQ(hit.status, format.statusAtEnd);
         std::array<std::uint64_t, 17> nan;
         nan.fill(0x7FF0000000000001u);
-        EXPECT_EQ(Testing::bitsOf(Testing::valuesOf(hit)), nan);
+        EXPECT_EQ(bitsOf(valuesOf(hit)), nan);
     }
 }
 
@@ -120,7 +117,7 @@ TEST(TrajectoryReader, TheIntervalTakesEveryTimeAndGivesSecondsOfDayWithoutLeapS
     EXPECT_FALSE(reader.getTimeInterval(static_cast<TimeReference>(7)).isValid());
     EXPECT_THAT(assertions.messages(),
                 ElementsAre(assertText("tref == TimeReference::week || tref == TimeReference::day"),
-                            Testing::neverText("Unexpected TimeReference!")));
+                            neverText("Unexpected TimeReference!")));
 }
 
 TEST(TrajectoryReader, SafeReadReturnsTheBytesReadAndLogsAShortRead)

@@ -20,9 +20,7 @@ namespace Kelvo::Geodesy::Trajectory {
 namespace {
 
 using namespace std::chrono_literals;
-using Testing::bitsOf;
-using Testing::LoopbackServer;
-using Testing::valuesOf;
+using namespace Testing;
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
@@ -42,11 +40,11 @@ void stallUntilTheClientLeaves(int socket)
 
 TEST(RemoteTrajectoryReader, CountSizeAndIntervalGrowWithEachRecordUntilThePeerCloses)
 {
-    const Testing::TemporaryDirectory folder;
+    const TemporaryDirectory folder;
     for (const auto& format : recordFormats) {
         SCOPED_TRACE(format.name);
         const auto bytes = format.bytes(4);
-        const auto file = Testing::readUntilEnd(*format.open(Core::FileInfo(folder.write("file", bytes))));
+        const auto file = readUntilEnd(*format.open(Core::FileInfo(folder.write("file", bytes))));
         // Pieces of 50 bytes with pauses: records arrive one by one, some of them split.
         LoopbackServer server([&](int socket) {
             for (std::size_t offset = 0; offset < bytes.size(); offset += 50) {

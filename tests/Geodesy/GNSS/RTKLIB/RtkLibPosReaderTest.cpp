@@ -16,12 +16,7 @@ namespace Kelvo::Geodesy::GNSS {
 namespace {
 
 using Core::Logging::Level;
-using Testing::AssertionRecorder;
-using Testing::assertTexts;
-using Testing::dataLine;
-using Testing::LogRecorder;
-using Testing::posHeader;
-using Testing::refData;
+using namespace Testing;
 using ::testing::ElementsAre;
 
 double radians(double degrees)
@@ -37,7 +32,7 @@ TEST(RtkLibPosReader, MapsTheColumnsOfADataLine)
     const auto record = parseRtkLibPosLine(line + "\r");
     ASSERT_TRUE(record.has_value());
     // Up turns into down; of the covariances only the off-diagonal ones come from the line.
-    EXPECT_EQ(Testing::valuesOf(*record),
+    EXPECT_EQ(valuesOf(*record),
               (std::vector<double>{108405.0, 1481, radians(35.865530058), radians(138.387180576), -936.6539, 0.03022,
                                    7.28476, -0.04873, 0.01, 1.4119, 3.1368, 0.01, 1.7944, 0.01, 0.01, 0.09179, 0.12605,
                                    0.01, 0.14664, 0.01}));
@@ -151,7 +146,7 @@ TEST(RtkLibPosReader, ScansForTheFirstAndLastMovingRecord)
         {posHeader + still + dataLine(13.0, 5.0), 1.0, "13.000000; 13.000000", one},
         {posHeader + dataLine(13.0, 5.0) + dataLine(13.0, 5.0), 1.0, "13.000000; 13.000000", one},
     };
-    Testing::TemporaryDirectory folder;
+    TemporaryDirectory folder;
     for (const auto& [text, threshold, interval, reports] : cases) {
         AssertionRecorder recorder;
         LogRecorder log;
