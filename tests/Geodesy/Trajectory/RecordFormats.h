@@ -17,17 +17,18 @@ struct RecordFormat {
     std::streamoff recordSize;
     const char* endOfFileMessage;
     Record::Status statusAtEnd;                 // of the record whose read found no byte
+    bool sizeCountsBytesRead;                   // a live size grows by the bytes read, not per record
     std::string (*bytes)(std::uint32_t count);  // `count` records, a second apart from 10 s
     std::unique_ptr<Reader> (*open)(const Core::FileInfo& file);
 };
 
 inline const RecordFormat recordFormats[] = {
-    {"SBET", 136, "SBET file has unexpectedly reached EOF.", Record::VALID,
+    {"SBET", 136, "SBET file has unexpectedly reached EOF.", Record::VALID, false,
      [](std::uint32_t count) { return Testing::sbetBytes(Testing::syntheticTrajectory(10.0, 1.0, count)); },
      [](const Core::FileInfo& file) -> std::unique_ptr<Reader> {
          return std::make_unique<Sbet::Reader>(file, Reader::ImuAlignmentStatus::NO_SOLUTION);
      }},
-    {"raw APX", 115, "Raw APX file has unexpectedly reached EOF.", Record::INVALID,
+    {"raw APX", 115, "Raw APX file has unexpectedly reached EOF.", Record::INVALID, true,
      [](std::uint32_t count) {
          std::vector<ApxRaw::RawRecord> records;
          for (std::uint32_t i = 0; i < count; ++i) {

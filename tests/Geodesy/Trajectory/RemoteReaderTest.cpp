@@ -93,6 +93,7 @@ TEST(RemoteTrajectoryReader, APeerThatStallsFailsTheReadAndOneThatClosesMidRecor
         EXPECT_EQ(reader->getNext().time, 10.0);
         const auto cut = reader->getNext();
         EXPECT_TRUE(reader->endOfFile());
+        EXPECT_EQ(reader->getSize(), format.recordSize + (format.sizeCountsBytesRead ? 50 : format.recordSize));
         EXPECT_NE(cut.status, Record::INVALID) << "made of the bytes that came";
         EXPECT_TRUE(std::isnan(cut.angularRateZ)) << "where none came";
         EXPECT_THROW(reader->getNext(), std::runtime_error);
