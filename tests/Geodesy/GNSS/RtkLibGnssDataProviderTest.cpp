@@ -62,11 +62,11 @@ TEST(RtkLibGnssDataProvider, AnswersFromTheRecordsAroundTheTimeAndStartsOverOnly
     EXPECT_EQ(provider.getCurrentGnssData(), current);
     EXPECT_THAT(log.at(Level::warning), IsEmpty());
 
-    // Earlier than previous: the file is read again from the top.
-    expectSameRecord(provider.getGnssData(36003.5), GnssData::interpolate(36003.5, records[3], records[4]));
+    // Not after previous (strictly): the file is read again from the top.
+    expectSameRecord(provider.getGnssData(36597.0), GnssData::interpolate(36597.0, records[596], records[597]));
     EXPECT_THAT(log.at(Level::warning),
                 ElementsAre("This should never happen -> Rolling back to the beginning of the RTK lib POS file: "
-                            "36003.500000 < 36598.000000"));
+                            "36597.000000 < 36598.000000"));
 
     // Starting over for the first record's own time lands on it: reported, still answered.
     AssertionRecorder recorder;
