@@ -43,7 +43,8 @@ TEST(ApxRawReader, DecodesEachBigEndianFieldIntoItsSlot)
     putBigEndian(bytes, 11, 123456, 4); // time of week [ms]
     bytes[15] = 4;                      // alignment state
     bytes[16] = 1;                      // solution flag
-    for (const auto& [offset, value] : {std::pair{17, 45.5}, {25, -73.25}, {33, 12.5}, {57, 1.0}, {65, -2.0}, {73, 180.0}}) {
+    for (const auto& [offset, value] :
+         {std::pair{17, 45.5}, {25, -73.25}, {33, 12.5}, {57, 1.0}, {65, -2.0}, {73, 180.0}}) {
         putBigEndian(bytes, offset, std::bit_cast<std::uint64_t>(value), 8);
     }
     for (const auto& [offset, value] : {std::pair{41, 1.5f}, {45, -2.25f}, {49, 0.125f}, {89, 90.0f}, {93, -45.0f},

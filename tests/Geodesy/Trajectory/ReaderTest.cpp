@@ -44,7 +44,8 @@ TEST(TrajectoryFiles, APathThatCannotBeOpenedThrowsTheSystemErrorOfThePath)
     const TemporaryDirectory folder;
     // The readers report "size >= 0" (a stream that did not open has no size); writers nothing.
     std::vector<std::pair<std::function<void(const std::filesystem::path&)>, const char*>> openers = {
-        {[](const auto& path) { Smrmsg::Reader reader{Core::FileInfo(path)}; }, "src/Geodesy/src/Geodesy/Smrmsg/Reader.cpp"},
+        {[](const auto& path) { Smrmsg::Reader reader{Core::FileInfo(path)}; },
+         "src/Geodesy/src/Geodesy/Smrmsg/Reader.cpp"},
         {[](const auto& path) { Sbet::Writer writer(path); }, nullptr},
     };
     for (const auto& format : recordFormats) {
@@ -65,7 +66,7 @@ TEST(TrajectoryFiles, APathThatCannotBeOpenedThrowsTheSystemErrorOfThePath)
                 EXPECT_EQ(failure.code(), std::error_code(error, std::generic_category()));
                 EXPECT_THAT(failure.what(), StartsWith(text + "\"" + path.string() + "\""));
             }
-            EXPECT_EQ(assertions.messages(), source ? std::vector{assertText("size >= 0")} : std::vector<std::string>{});
+            EXPECT_EQ(assertions.messages(), std::vector<std::string>(source ? 1 : 0, assertText("size >= 0")));
             EXPECT_TRUE(!source || assertions.records().at(0).file == source);
         }
     }
