@@ -59,18 +59,14 @@ TEST(SynchronizedGnssImuData, ReportOmitsAbsentReadingsAndLeavesTheFormatSet)
     std::ostringstream stream;
     stream << sample();
     EXPECT_EQ(stream.str(), sampleReport);
-
     stream.str("");
     stream << 2.5 << ' ' << -1;
     EXPECT_EQ(stream.str(), "+2.500000000000000000 -1");
-}
 
-TEST(SynchronizedGnssImuData, ReportAddsMagnetometerAndAttitudeWhenPresent)
-{
     SynchronizedGnssImuData data = sample();
     data.magnetometer = {0.0, 0.0, -0.5}; // one non-zero component is a reading
     data.attitude = EulerAngles(Radian(0.5), Radian(-0.25), Radian(3.0));
-    std::ostringstream stream;
+    stream.str("");
     stream << data;
     EXPECT_EQ(stream.str(),
               sampleReport

@@ -23,8 +23,6 @@ using Maths::Radian;
 using Testing::assertText;
 
 constexpr double pi = std::numbers::pi;
-// Not symmetric: the target's x becomes y, so applying the transpose gives other angles.
-constexpr Matrix3 xIntoY(0, 0, 0, 1, 0, 0, 0, 0, 1);
 
 SynchronizedLidarData withTarget(PositionVector3 target, double roll = 0.0)
 {
@@ -52,44 +50,34 @@ TEST(SynchronizedLidarData, DefaultsAndConstructorArguments)
     EXPECT_EQ(set.echoPulseInformation, (EchoPulseInformation{12, 13, 14}));
 }
 
-TEST(SynchronizedLidarData, ScanAngleOnTheAxesIsExact)
-{
-    struct Case {
-        PositionVector3 target;
-        std::optional<double> expected;
-    };
-    const Case cases[] = {
-        {{5, 0, 0}, std::nullopt}, {{5, 1, 0}, pi / 2}, {{5, -1, 0}, -pi / 2}, {{5, 0, 1}, 0.0},
-        {{5, 0, -1}, -pi},         {{5, -0.0, -1}, -pi}, // atan2 would give +pi for a positive zero
-        {{5, 1e-300, -1}, pi},     // just below pi, which rounds to pi
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(angle(withTarget(c.target).getComputedScanAngle()), c.expected) << c.target.y << ", " << c.target.z;
-    }
-}
-
-TEST(SynchronizedLidarData, ScanAngleGoesRoundAllFourQuadrants)
+TEST(SynchronizedLidarData, ScanAngleGoesRoundAllFourQuadrantsAndIsExactOnTheAxes)
 {
     for (int degrees = -179; degrees <= 180; ++degrees) {
         const double expected = degrees * pi / 180.0;
         const PositionVector3 target(0, 3 * std::sin(expected), 3 * std::cos(expected));
         EXPECT_NEAR(*withTarget(target).getComputedScanAngle(), expected, 1e-14) << degrees;
     }
+    const std::pair<PositionVector3, std::optional<double>> axes[] = {
+        {{5, 0, 0}, std::nullopt}, {{5, 1, 0}, pi / 2}, {{5, -1, 0}, -pi / 2}, {{5, 0, 1}, 0.0}, {{5, 0, -1}, -pi},
+        {{5, -0.0, -1}, -pi},  // atan2 would give +pi for a positive zero
+        {{5, 1e-300, -1}, pi}, // just below pi, which rounds to pi
+    };
+    for (const auto& [target, expected] : axes) {
+        EXPECT_EQ(angle(withTarget(target).getComputedScanAngle()), expected) << target.y << ", " << target.z;
+    }
 }
 
-TEST(SynchronizedLidarData, ScanAngleRotatesTheTargetByTheMatrixFirst)
+TEST(SynchronizedLidarData, ScanAnglesRotateTheTargetFirstAndSubtractTheRollWithoutWrapping)
 {
+    // Not symmetric: the target's x becomes y, so applying the transpose gives other angles.
+    constexpr Matrix3 xIntoY(0, 0, 0, 1, 0, 0, 0, 0, 1);
     EXPECT_NEAR(*withTarget({2, 0, -2}).getScanAngle(xIntoY), 3 * pi / 4, 1e-15);
     EXPECT_FALSE(withTarget({0, 2, 0}).getScanAngle(xIntoY));
-
     // Rotating the boresight +30 deg about x turns it 30 deg towards -y.
     const double c = std::cos(pi / 6);
     const double s = std::sin(pi / 6);
     EXPECT_NEAR(*withTarget({0, 0, 1}).getScanAngle({1, 0, 0, 0, c, -s, 0, s, c}), -pi / 6, 1e-15);
-}
 
-TEST(SynchronizedLidarData, RollCompensationSubtractsTheRollWithoutWrapping)
-{
     const Matrix3 identity = Matrix3::identity();
     EXPECT_NEAR(*withTarget({0, std::sin(0.5), std::cos(0.5)}, 0.1).getScanAngleRollCompensated(identity), 0.4, 1e-15);
     EXPECT_NEAR(*withTarget({0, 1, -1}, -1.0).getScanAngleRollCompensated(identity), 3 * pi / 4 + 1.0, 1e-15);
@@ -104,8 +92,7 @@ TEST(SynchronizedLidarData, ScanAngleReportsSubnormalAndNaNComponents)
     const std::string normalCheck = assertText("scanAngle == 0.0 || std::isnormal( scanAngle )");
     const std::string rangeCheck = assertText("scanAngle >= -M_PI && scanAngle <= +M_PI");
     struct Case {
-        double y;
-        double z;
+        double y, z;
         std::vector<std::string> messages;
     };
     const Case cases[] = {

@@ -2,10 +2,18 @@
 #pragma once
 
 #include "Geodesy/ApxRaw/RawRecord.h"
+#include "Geodesy/Smrmsg/Record.h"
 #include "Geodesy/Trajectory/Record.h"
 
+#include <gtest/gtest.h>
+
+#include <array>
+#include <bit>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <sstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -18,6 +26,18 @@ Geodesy::Trajectory::Record syntheticRecord(double time);
 
 /// `count` synthetic records, `step` seconds apart from `start`.
 std::vector<Geodesy::Trajectory::Record> syntheticTrajectory(double start, double step, std::size_t count);
+
+/// The bytes that a `Writer` writes for `records`.
+template <typename Writer, typename Record>
+std::string writtenBytes(const std::vector<Record>& records)
+{
+    std::ostringstream bytes;
+    Writer writer(bytes);
+    for (const auto& record : records) {
+        writer.write(record);
+    }
+    return bytes.str();
+}
 
 /// The bytes of an SBET file holding `records`.
 std::string sbetBytes(const std::vector<Geodesy::Trajectory::Record>& records);
@@ -42,6 +62,46 @@ auto readUntilEnd(Reader& reader)
         }
         records.push_back(record);
     }
+}
+
+/// The doubles of `record`, in file order.
+std::array<double, 17> valuesOf(const Geodesy::Trajectory::Record& record);
+std::array<double, 10> valuesOf(const Geodesy::Smrmsg::Record& record);
+
+/// The bits of `values`, to compare records exactly: NaN payloads and signed zeros included.
+template <std::size_t Count>
+std::array<std::uint64_t, Count> bitsOf(const std::array<double, Count>& values)
+{
+    return std::bit_cast<std::array<std::uint64_t, Count>>(values);
+}
+
+/// The what() text of the `Exception` that `action` throws, "(no exception)" when none is.
+template <typename Exception, typename Action>
+std::string thrownText(Action&& action)
+{
+    try {
+        action();
+    } catch (const Exception& error) {
+        return error.what();
+    }
+    return "(no exception)";
+}
+
+/// Reads records of the given `times`, each leaving endOfFile() clear, then the read that hits
+/// the end, which sets it; the call after that must throw `message`. Returns the record of the
+/// read that hit the end, whose last double no byte of the file replaced: a NaN.
+template <typename Reader>
+auto readPastTheEnd(Reader& reader, const std::vector<double>& times, const std::string& message)
+{
+    for (const double time : times) {
+        EXPECT_EQ(reader.getNext().time, time);
+        EXPECT_FALSE(reader.endOfFile()) << "a read that ends at the end of the file does not set it";
+    }
+    const auto hit = reader.getNext();
+    EXPECT_TRUE(reader.endOfFile());
+    EXPECT_TRUE(std::isnan(valuesOf(hit).back()));
+    EXPECT_EQ(thrownText<std::runtime_error>([&] { reader.getNext(); }), message);
+    return hit;
 }
 
 } // namespace Kelvo::Testing

@@ -17,14 +17,7 @@ namespace Kelvo::Geodesy::GNSS {
 namespace {
 
 using Core::Logging::Level;
-using Testing::AssertionRecorder;
-using Testing::assertTexts;
-using Testing::dataLine;
-using Testing::LogRecorder;
-using Testing::posHeader;
-using Testing::refData;
-using Testing::TemporaryDirectory;
-using Testing::valuesOf;
+using namespace Testing;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -49,7 +42,7 @@ void expectSameRecord(const std::unique_ptr<GnssData>& actual, const GnssData& e
     EXPECT_EQ(valuesOf(*actual), valuesOf(expected));
 }
 
-TEST(RtkLibGnssDataProvider, AnswersIncreasingTimesFromTheRecordsAroundThem)
+TEST(RtkLibGnssDataProvider, AnswersFromTheRecordsAroundTheTimeAndStartsOverOnlyBehindItsWindow)
 {
     const auto records = recordsOf(spirent);
     LogRecorder log;
@@ -61,47 +54,19 @@ TEST(RtkLibGnssDataProvider, AnswersIncreasingTimesFromTheRecordsAroundThem)
         expectSameRecord(provider.getGnssData(seconds), GnssData::interpolate(seconds, records[before], records[before + 1]));
         EXPECT_EQ(provider.getCurrentGnssData()->gpsTime, records[before].gpsTime);
     }
-}
-
-TEST(RtkLibGnssDataProvider, AnswersInsideTheUsedIntervalOnly)
-{
-    TemporaryDirectory folder;
-    LogRecorder log;
-    RtkLibGnssDataProvider provider(folder.write("track.pos", posHeader + dataLine(100.0) + dataLine(101.0, 2.0)
-                                                                  + dataLine(102.0, 2.0) + dataLine(105.0, 2.0)
-                                                                  + dataLine(106.0) + dataLine(107.0)),
-                                    1.0);
-    EXPECT_EQ(provider.getTimeInterval(), Maths::Interval<double>(101.0, 105.0));
-    for (const double seconds : {0.0, 100.5, 101.0 - 1e-6, 105.0 + 1e-6, 106.5}) {
-        EXPECT_EQ(provider.getGnssData(seconds), nullptr) << seconds;
-    }
-    for (const double seconds : {101.0, 103.5, 105.0}) {
-        EXPECT_EQ(provider.getGnssData(seconds)->gpsTime.secondsInWeek, seconds);
-    }
-}
-
-TEST(RtkLibGnssDataProvider, AnswersBehindTheWindowFromItOrByStartingOver)
-{
-    const auto records = recordsOf(spirent);
-    LogRecorder scan;
-    RtkLibGnssDataProvider provider(spirent, 1.0);
-    LogRecorder log;
-    const auto first = provider.getGnssData(36010.5);
-    const GnssData* current = provider.getCurrentGnssData();
-    ASSERT_EQ(current->gpsTime.secondsInWeek, 36010.0);
 
     // The same time again, and a time between previous and current: the window stays.
-    expectSameRecord(provider.getGnssData(36010.5), *first);
-    expectSameRecord(provider.getGnssData(36009.25), GnssData::interpolate(36009.25, records[9], records[10]));
+    const GnssData* current = provider.getCurrentGnssData();
+    expectSameRecord(provider.getGnssData(36598.75), GnssData::interpolate(36598.75, records[598], records[599]));
+    expectSameRecord(provider.getGnssData(36597.25), GnssData::interpolate(36597.25, records[597], records[598]));
     EXPECT_EQ(provider.getCurrentGnssData(), current);
-    EXPECT_EQ(current->gpsTime.secondsInWeek, 36010.0);
-    EXPECT_THAT(log.entries(), IsEmpty());
+    EXPECT_THAT(log.at(Level::warning), IsEmpty());
 
-    // Earlier than previous: the file is read again from the top.
-    expectSameRecord(provider.getGnssData(36003.5), GnssData::interpolate(36003.5, records[3], records[4]));
+    // Not after previous (strictly): the file is read again from the top.
+    expectSameRecord(provider.getGnssData(36597.0), GnssData::interpolate(36597.0, records[596], records[597]));
     EXPECT_THAT(log.at(Level::warning),
                 ElementsAre("This should never happen -> Rolling back to the beginning of the RTK lib POS file: "
-                            "36003.500000 < 36010.000000"));
+                            "36597.000000 < 36598.000000"));
 
     // Starting over for the first record's own time lands on it: reported, still answered.
     AssertionRecorder recorder;
@@ -110,9 +75,12 @@ TEST(RtkLibGnssDataProvider, AnswersBehindTheWindowFromItOrByStartingOver)
     EXPECT_EQ(recorder.records().front().file, "src/Geodesy/src/Geodesy/RtkLibGnssDataProvider.cpp");
 }
 
-TEST(RtkLibGnssDataProvider, ReportsWhatItCannotAnswerProperly)
+TEST(RtkLibGnssDataProvider, AnswersInsideTheUsedIntervalOnlyAndReportsWhatItCannotAnswerProperly)
 {
     const std::string moving = posHeader + dataLine(10.0, 2.0) + dataLine(11.0, 2.0) + dataLine(12.0, 2.0);
+    // Used from 101 to 105: the records before and after stand still.
+    const std::string track = posHeader + dataLine(100.0) + dataLine(101.0, 2.0) + dataLine(102.0, 2.0)
+                              + dataLine(105.0, 2.0) + dataLine(106.0) + dataLine(107.0);
     // Construction, then the lookup's own check of the interval.
     const auto noRecord = assertTexts({"timeInterval.isValid()", "readOk", "readOk",
                                        "next->gpsTime.secondsInWeek > current->gpsTime.secondsInWeek",
@@ -124,6 +92,9 @@ TEST(RtkLibGnssDataProvider, ReportsWhatItCannotAnswerProperly)
         std::vector<std::string> reports;
     };
     const Case cases[] = {
+        {track, 0.0, false, {}}, {track, 100.5, false, {}}, {track, 101.0 - 1e-6, false, {}},
+        {track, 105.0 + 1e-6, false, {}}, {track, 106.5, false, {}},
+        {track, 101.0, true, {}}, {track, 103.5, true, {}}, {track, 105.0, true, {}},
         {moving + dataLine(12.0, 2.0) + dataLine(13.0, 2.0) + dataLine(14.0), 12.5, true, {}}, // equal times later
         {posHeader + dataLine(10.0, 2.0) + moving.substr(posHeader.size()), 10.5, true,
          assertTexts({"next->gpsTime.secondsInWeek > current->gpsTime.secondsInWeek"})},
@@ -141,9 +112,14 @@ TEST(RtkLibGnssDataProvider, ReportsWhatItCannotAnswerProperly)
         AssertionRecorder recorder;
         LogRecorder log;
         RtkLibGnssDataProvider provider(text ? folder.write("case.pos", *text) : folder.path() / "missing.pos", 1.0);
-        EXPECT_EQ(provider.getGnssData(seconds) != nullptr, answered) << seconds;
+        const auto answer = provider.getGnssData(seconds);
+        EXPECT_EQ(answer != nullptr, answered) << seconds;
+        EXPECT_TRUE(!answer || answer->gpsTime.secondsInWeek == seconds) << seconds;
         EXPECT_EQ(recorder.messages(), reports) << text.value_or("(missing)");
     }
+    LogRecorder log;
+    EXPECT_EQ(RtkLibGnssDataProvider(folder.write("track.pos", track), 1.0).getTimeInterval(),
+              Maths::Interval<double>(101.0, 105.0));
 }
 
 } // namespace

@@ -51,11 +51,6 @@ Steps withScanner(const std::string& text, const std::vector<bool>& kinds)
     return readAll(kinds, [&](auto& value) { return scanner.read(value); }, [&] { return scanner.position(); });
 }
 
-void expectSameAsStream(const std::string& text, const std::vector<bool>& kinds)
-{
-    EXPECT_EQ(withScanner(text, kinds), withStream(text, kinds)) << "text: \"" << text << '"';
-}
-
 TEST(StreamNumberScanner, ReadsWhatTheStreamReads)
 {
     const char* texts[] = {
@@ -73,31 +68,15 @@ TEST(StreamNumberScanner, ReadsWhatTheStreamReads)
         "nan", "inf", "-inf", "infinity", "0x10", "0X1p3", "010", "1_000", "\xA0" "5", "%", "2023/01/08", "10:00:00",
     };
     for (const char* text : texts) {
-        expectSameAsStream(text, {integer, real, integer});
-        expectSameAsStream(text, {real, integer, real});
-    }
-}
-
-TEST(StreamNumberScanner, ReadsRandomTextsLikeTheStream)
-{
-    const std::vector<std::string> pieces{"0", "1", "9", "00", "-", "+", ".", "e", "E", "x", "a", "nan", "inf", " ",
-                                          "\t", "\r", "\v", "\xA0", "/", ":", "%", ",", "123.456", "-0.00000",
-                                          "18446744073709551616", "1e308", "1e309", "1e-400", "2.4703282292062327e-324"};
-    std::mt19937 random(20240624);
-    std::uniform_int_distribution<std::size_t> piece(0, pieces.size() - 1);
-    std::bernoulli_distribution isInteger(0.3);
-    for (int round = 0; round < 20000 && !HasFailure(); ++round) {
-        std::string text;
-        for (int i = 1 + round % 12; i > 0; --i) {
-            text += pieces[piece(random)];
+        for (const auto& kinds : {std::vector{integer, real, integer}, std::vector{real, integer, real}}) {
+            EXPECT_EQ(withScanner(text, kinds), withStream(text, kinds)) << "text: \"" << text << '"';
         }
-        expectSameAsStream(text, {isInteger(random), isInteger(random), isInteger(random), isInteger(random)});
     }
 }
 
-// Real data lines with random damage: the line parser must accept exactly the lines whose
-// 24 columns the stream reads.
-TEST(StreamNumberScanner, AcceptsDamagedDataLinesExactlyWhenTheStreamDoes)
+// Real data lines with random damage: the scanner reads their columns as the stream does, and
+// the line parser accepts exactly the lines whose 24 columns the stream reads.
+TEST(StreamNumberScanner, ReadsDamagedDataLinesLikeTheStream)
 {
     const std::string lines[] = {
         "2244 36000.000   48.780735774    9.173352864   320.0009   1   6   0.0070   0.0045   0.0162  -0.0021  -0.0012"
@@ -105,7 +84,9 @@ TEST(StreamNumberScanner, AcceptsDamagedDataLinesExactlyWhenTheStreamDoes)
         "2244  36000.000   29.999994371   94.999992812    -9.3615   5   8   2.5813   2.2781   7.1259   0.7786  -2.0020"
         "  -2.6572   0.00    0.0",
     };
-    const std::vector<std::string> inserts{"-", "+", ".", "e", "e-", "x", " ", "\r", "9", "nan", "/", "%", "1e999", "-1"};
+    const std::vector<std::string> inserts{"-", "+", ".", "e", "E", "e-", "x", "0x", " ", "\t", "\r", "\v", "\xA0", "9",
+                                           "00", "nan", "inf", "/", ":", "%", ",", "-0.00000", "18446744073709551616",
+                                           "1e308", "1e999", "1e-400", "2.4703282292062327e-324", "-1"};
     std::vector<bool> columns(24, real);
     columns[0] = columns[5] = columns[6] = integer;
     std::mt19937 random(7);
