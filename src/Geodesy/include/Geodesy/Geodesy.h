@@ -31,6 +31,7 @@
 #include "Geodesy/Sbet/Reader.h"
 #include "Geodesy/Sbet/Writer.h"
 #include "Geodesy/SbetPositionAttitudeProvider.h"
+#include "Geodesy/SignallingNaN.h"
 #include "Geodesy/Smrmsg/Reader.h"
 #include "Geodesy/Smrmsg/Record.h"
 #include "Geodesy/Smrmsg/Writer.h"

@@ -5,12 +5,12 @@
 #include "Geodesy/GPSTime.h"
 #include "Geodesy/GeodesyExport.h"
 #include "Geodesy/LatLonHeight.h"
+#include "Geodesy/SignallingNaN.h"
 #include "Maths/EulerAngles.h"
 #include "Maths/Matrix3.h"
 #include "Maths/PositionVector3.h"
 #include "Maths/Radian.h"
 
-#include <bit>
 #include <cstdint>
 #include <optional>
 
@@ -48,16 +48,13 @@ public:
     LatLonHeight position;
     Maths::EulerAngles attitude;
     /// Seconds of week default to a signalling NaN: a record that holds no time yet.
-    GPSTime gpsTime{signallingNaN(), std::uint64_t{0}};
-    double measuredValue = signallingNaN();
+    GPSTime gpsTime{SIGNALLING_NAN(), std::uint64_t{0}};
+    double measuredValue = SIGNALLING_NAN();
     std::uint32_t firstIndex = 0;
     std::uint32_t secondIndex = 0;
     std::optional<std::uint32_t> optionalIndex;
     std::optional<EchoPulseInformation> echoPulseInformation;
 
-private:
-    // The exact bit pattern of the family's "not set" marker, which quiet NaNs do not share.
-    static constexpr double signallingNaN() { return std::bit_cast<double>(std::uint64_t{0x7ff0000000000001}); }
 };
 
 } // namespace Kelvo::Geodesy

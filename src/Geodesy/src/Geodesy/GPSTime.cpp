@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "Geodesy/GPSTime.h"
 
+#include "Geodesy/SignallingNaN.h"
 #include "Utils/CoreAssert.h"
 #include "Utils/SafeCast.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -172,7 +172,7 @@ double GPSTime::toUtc(TimeReference reference) const
     }
     CORE_NEVER_COME_HERE("Unexpected Kelvo::Geodesy::TimeReference enum-class value.");
     CORE_NEVER_COME_HERE("Unmanaged Kelvo::Geodesy::TimeReference enum-class value: undefined behavior!");
-    return std::bit_cast<double>(std::uint64_t{0x7FF0000000000001});
+    return SIGNALLING_NAN();
 }
 
 } // namespace Kelvo::Geodesy

@@ -4,6 +4,7 @@
 #include "Geodesy/ApxRaw/RawRecord.h"
 
 #include "../Trajectory/ByteOrder.h"
+#include "Geodesy/SignallingNaN.h"
 
 #include <array>
 #include <bit>
@@ -80,7 +81,7 @@ inline Bytes prefilledImage()
 {
     using namespace Trajectory::ByteOrder;
     Bytes image{};
-    Detail::forEachDouble([&](std::size_t offset) { store(image.data() + offset, signallingNaN(), std::endian::native); });
+    Detail::forEachDouble([&](std::size_t offset) { store(image.data() + offset, SIGNALLING_NAN(), std::endian::native); });
     Detail::forEachFloat([&](std::size_t offset) { store(image.data() + offset, quietNaNFloat(), std::endian::native); });
     return image;
 }

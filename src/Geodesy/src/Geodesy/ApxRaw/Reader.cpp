@@ -95,7 +95,7 @@ Trajectory::Record Reader::getNext()
     RawRecord raw;
     const auto count = parse(*inStream, *readBuffer, raw);
     if (count == 0) {
-        const double nan = Trajectory::ByteOrder::signallingNaN();
+        const double nan = SIGNALLING_NAN();
         return {Trajectory::Record::Status::INVALID, nan, nan, nan, nan, nan, nan, nan, nan, nan,
                 nan, nan, nan, nan, nan, nan, nan, nan};
     }

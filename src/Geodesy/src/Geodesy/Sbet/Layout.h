@@ -25,12 +25,6 @@ inline constexpr std::array<double Record::*, 17> FIELDS = {
 inline constexpr std::size_t RECORD_SIZE = 136;
 static_assert(RECORD_SIZE == FIELDS.size() * sizeof(double));
 
-/// Fills the seventeen doubles of `record` from RECORD_SIZE bytes.
-inline void decode(const char* bytes, Record& record)
-{
-    Trajectory::ByteOrder::loadLittleEndianDoubles(bytes, record, FIELDS);
-}
-
 /// Writes the seventeen doubles of `record` as RECORD_SIZE bytes.
 inline void encode(const Record& record, char* bytes)
 {

@@ -22,11 +22,6 @@ inline constexpr std::size_t RECORD_SIZE = 80;
 static_assert(RECORD_SIZE == FIELDS.size() * sizeof(double));
 static_assert(sizeof(Record) == RECORD_SIZE);
 
-inline void decode(const char* bytes, Record& record)
-{
-    Trajectory::ByteOrder::loadLittleEndianDoubles(bytes, record, FIELDS);
-}
-
 inline void encode(const Record& record, char* bytes)
 {
     Trajectory::ByteOrder::storeLittleEndianDoubles(bytes, record, FIELDS);

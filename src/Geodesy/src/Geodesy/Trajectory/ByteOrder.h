@@ -59,12 +59,6 @@ void store(void* bytes, T value, std::endian order)
     std::memcpy(bytes, &raw, sizeof(raw));
 }
 
-/// A signalling NaN (0x7FF0000000000001): the value of a double that no file provided.
-inline double signallingNaN()
-{
-    return std::bit_cast<double>(std::uint64_t{0x7FF0000000000001});
-}
-
 /// A quiet NaN (0x7FC00001): the value of a float that no file provided.
 inline float quietNaNFloat()
 {

@@ -3,6 +3,8 @@
 
 #include "ByteOrder.h"
 
+#include "Geodesy/SignallingNaN.h"
+
 #include <array>
 #include <bit>
 #include <cstddef>
@@ -85,7 +87,7 @@ void readLittleEndianDoubles(std::istream& stream, ReadBuffer& buffer, Record& r
     }
     std::array<char, size> bytes;
     for (std::size_t offset = 0; offset < size; offset += sizeof(double)) {
-        ByteOrder::store(bytes.data() + offset, ByteOrder::signallingNaN(), std::endian::little);
+        ByteOrder::store(bytes.data() + offset, SIGNALLING_NAN(), std::endian::little);
     }
     buffer.read(stream, bytes.data(), size);
     ByteOrder::loadLittleEndianDoubles(bytes.data(), record, fields);
