@@ -6,7 +6,9 @@
 #include "Numbers.h"
 #include "TimeText.h"
 
+#include "Geodesy/GNSS/RtkLibPosLine.h"
 #include "Geodesy/GPSTime.h"
+#include "Maths/Radian.h"
 
 #include <algorithm>
 #include <cmath>
@@ -61,9 +63,26 @@ std::string unreadableFirstLine(std::string_view line, std::uint64_t lineNumber)
            "latitude, longitude, height and 19 more numbers)";
 }
 
-bool moves(const PosEpoch& epoch, double threshold)
+bool moves(const Geodesy::GNSS::GnssData& record, double threshold)
 {
-    return threshold <= std::abs(epoch.vn) || threshold <= std::abs(epoch.ve) || threshold <= std::abs(epoch.vu);
+    const auto& velocity = record.velocity;
+    return threshold <= std::abs(velocity.x) || threshold <= std::abs(velocity.y) || threshold <= std::abs(velocity.z);
+}
+
+/// The columns of a record as the file writes them: degrees, the height and the up velocity
+/// with the signs the reader took off. Standard deviations are not part of the record.
+PosEpoch fileValues(const Geodesy::GNSS::GnssData& record)
+{
+    PosEpoch epoch;
+    epoch.week = static_cast<std::int64_t>(record.gpsTime.weekNumber);
+    epoch.secondsOfWeek = record.gpsTime.secondsInWeek;
+    epoch.latitude = record.position.latitude.toDegree();
+    epoch.longitude = record.position.longitude.toDegree();
+    epoch.height = -record.position.height;
+    epoch.vn = record.velocity.x;
+    epoch.ve = record.velocity.y;
+    epoch.vu = -record.velocity.z;
+    return epoch;
 }
 
 /// Ends a header line: RTKLIB writes LF after the lines it builds from its inputs and CRLF
@@ -93,6 +112,10 @@ std::string integerWidth(std::int64_t value, std::size_t width)
 
 std::optional<PosEpoch> parsePosLine(const std::string& line)
 {
+    // A data line is what the library reads as one; its columns are then taken as written.
+    if (!Geodesy::GNSS::parseRtkLibPosLine(line)) {
+        return std::nullopt;
+    }
     const auto words = tokens(line);
     if (words.size() < 24) {
         return std::nullopt;
@@ -150,25 +173,28 @@ PosSummary scanPosFile(const std::filesystem::path& path, double velocityThresho
             }
             inHeader = false;
         }
-        const auto epoch = parsePosLine(text);
-        if (!epoch) {
+        // The library's own parse decides which lines are records, so the count and the
+        // moving span are those the library will see.
+        const auto record = Geodesy::GNSS::parseRtkLibPosLine(text);
+        if (!record) {
             if (summary.count == 0) {
                 throw InputError(path, unreadableFirstLine(text, lineNumber));
             }
             summary.stoppedAtLine = lineNumber;
             break;
         }
+        const PosEpoch epoch = fileValues(*record);
         if (summary.count == 0) {
-            summary.first = *epoch;
+            summary.first = epoch;
         }
         summary.secondToLast = summary.last.secondsOfWeek;
-        summary.last = *epoch;
+        summary.last = epoch;
         ++summary.count;
-        if (moves(*epoch, velocityThreshold)) {
+        if (moves(*record, velocityThreshold)) {
             if (summary.moving == 0) {
-                summary.firstMoving = epoch->secondsOfWeek;
+                summary.firstMoving = epoch.secondsOfWeek;
             }
-            summary.lastMoving = epoch->secondsOfWeek;
+            summary.lastMoving = epoch.secondsOfWeek;
             ++summary.moving;
         }
     }

@@ -30,7 +30,9 @@ struct PosEpoch {
     double sdvn = 0.0, sdve = 0.0, sdvu = 0.0, sdvne = 0.0, sdveu = 0.0, sdvun = 0.0;
 };
 
-/// What a scan of a position file found, before the library is asked for anything.
+/// What a scan of a position file found, before the library is asked for anything. Its
+/// records are read with the library's own line parser; their epochs hold the time, the
+/// position and the velocities (not the standard deviations).
 struct PosSummary {
     std::uint64_t count = 0; ///< data lines the library will read
     PosEpoch first;
@@ -53,7 +55,8 @@ struct PosSummary {
 /// `velocityThreshold`, as the library counts it.
 PosSummary scanPosFile(const std::filesystem::path& path, double velocityThreshold);
 
-/// The parsed data line, or nothing when `line` does not hold the 24 numbers.
+/// Every column of a data line as written (the inverse of writePosEpoch), or nothing when the
+/// library would not read `line` as a data line.
 std::optional<PosEpoch> parsePosLine(const std::string& line);
 
 /// The header of an RTKLIB position file with velocities, as RTKLIB writes it.

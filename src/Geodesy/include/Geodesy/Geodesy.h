@@ -22,6 +22,7 @@
 #include "Geodesy/GNSS/GnssDataProvider.h"
 #include "Geodesy/GNSS/GnssDataProviderFactory.h"
 #include "Geodesy/GNSS/RtkLibGnssDataProvider.h"
+#include "Geodesy/GNSS/RtkLibPosLine.h"
 #include "Geodesy/GPSTime.h"
 #include "Geodesy/LatLonHeight.h"
 #include "Geodesy/MultipleSbetPositionAttitudeProvider.h"

@@ -3,6 +3,7 @@
 
 #include "Core/FileInfo.h"
 #include "Geodesy/GNSS/GnssData.h"
+#include "Geodesy/GNSS/RtkLibPosLine.h"
 #include "Maths/Interval.h"
 
 #include <istream>
@@ -63,8 +64,5 @@ private:
     bool foreignColumns = false; // the header names ECEF or baseline columns
     std::string line; // reused by every read to spare an allocation per line
 };
-
-/// The record of one RTKLIB data line, or nothing when the line does not hold the 24 numbers.
-std::optional<GnssData> parseRtkLibPosLine(std::string_view line);
 
 } // namespace Kelvo::Geodesy::GNSS
