@@ -8,7 +8,12 @@ packages=(
     libgtest-dev libgmock-dev         # tests
     libgeographiclib-dev              # reference for the coordinate tests
     libbenchmark-dev python3-numpy    # benchmarks
-    libcli11-dev                      # the command-line tool
+    libcli11-dev libgdal-dev gdal-bin # the command-line tool (gdal-bin: ogrinfo in its tests)
+    libproj-dev proj-bin proj-data    # Kelvo::Projection
+    pybind11-dev python3-dev python3-pybind11 python3-numpy python3-pandas
+    python3-matplotlib python3-pytest python3-setuptools python3-pip python3-venv
+    python3-dask python3-distributed  # the Python package and its Dask layer
+    clang libfuzzer-14-dev libclang-rt-14-dev # fuzz targets
 )
 
 missing=()
