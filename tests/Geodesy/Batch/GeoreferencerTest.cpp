@@ -297,7 +297,7 @@ TEST(GeoreferencerThreads, EveryThreadCountGivesTheSameBits)
     SensorMount mount;
     mount.leverArm = {0.1, 0.2, 0.3};
     mount.boresight = {0.01, 0.02, 0.03};
-    const Points points = randomPoints(records.front().time - 1.0, X
+    const Points points = randomPoints(records.front().time - 1.0, records.back().time + 1.0, 60'000, 50.0, 8);
     for (const auto frame : {GeoreferenceFrame::ecef, GeoreferenceFrame::geodetic}) {
         const Output one = georeference(Georeferencer(table, mount), points, frame, ThreadCount(1));
         for (const unsigned threads : {2u, 3u, 0u}) {
