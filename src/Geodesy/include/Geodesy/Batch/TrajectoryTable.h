@@ -11,7 +11,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <memory>
+#include <new>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace Kelvo::Geodesy::Batch {
@@ -135,18 +138,43 @@ public:
 private:
     friend class TableBuilder;
 
+    /// Leaves the elements a column grows by uninitialised: loading writes them right away.
+    template <typename T>
+    struct UninitializedAllocator : std::allocator<T> {
+        template <typename U>
+        struct rebind {
+            using other = UninitializedAllocator<U>;
+        };
+        UninitializedAllocator() = default;
+        template <typename U>
+        UninitializedAllocator(const UninitializedAllocator<U>&) noexcept
+        {
+        }
+        template <typename U>
+        void construct(U* element) noexcept
+        {
+            ::new (static_cast<void*>(element)) U;
+        }
+        template <typename U, typename... Arguments>
+        void construct(U* element, Arguments&&... arguments)
+        {
+            ::new (static_cast<void*>(element)) U(std::forward<Arguments>(arguments)...);
+        }
+    };
+    using Column = std::vector<double, UninitializedAllocator<double>>;
+
     /// The epochs, one vector per quantity, all of one length.
     struct Columns {
-        std::vector<double> time;
-        std::vector<double> latitude;
-        std::vector<double> longitude;
-        std::vector<double> height;
-        std::vector<double> roll;
-        std::vector<double> pitch;
-        std::vector<double> yaw;
-        std::vector<double> velocityNorth;
-        std::vector<double> velocityEast;
-        std::vector<double> velocityDown;
+        Column time;
+        Column latitude;
+        Column longitude;
+        Column height;
+        Column roll;
+        Column pitch;
+        Column yaw;
+        Column velocityNorth;
+        Column velocityEast;
+        Column velocityDown;
     };
 
     TrajectoryTable() = default;

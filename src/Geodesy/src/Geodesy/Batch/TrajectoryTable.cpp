@@ -53,12 +53,12 @@ void TrajectoryTable::poses(std::span<const double> times, const TimeSpec& spec,
                 __builtin_prefetch(column->data() + b.upper);
             }
         };
-        const auto blend = [](const std::vector<double>& column, const Bracket& b) {
+        const auto blend = [](const Column& column, const Bracket& b) {
             // The providers' blend a + (b - a) k, component by component.
             const double a = column[b.lower];
             return a + (column[b.upper] - a) * b.k;
         };
-        const auto angle = [](const std::vector<double>& column, const Bracket& b) {
+        const auto angle = [](const Column& column, const Bracket& b) {
             return Maths::EulerAngles::interpolateAngle(column[b.lower], column[b.upper], b.k);
         };
         const auto visit = [&](std::size_t i, const Bracket& b) {

@@ -15,6 +15,7 @@
 #include <cmath>
 #include <limits>
 #include <memory>
+#include <numbers>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -33,6 +34,30 @@ std::string formatSeconds(double seconds)
     char text[32];
     const auto result = std::to_chars(text, text + sizeof(text), seconds);
     return std::string(text, result.ptr);
+}
+
+/// sin and cos of `x` [rad] to within an ulp or two, written without branches so that loops
+/// over arrays of angles vectorise: the nearest multiple of pi/2 is taken out (Cody-Waite,
+/// exact for the angles allowed), Taylor series to the 17th power cover what is left (|r| <= pi/4,
+/// truncation below 1e-17), and the quadrant swaps and signs the two. For |x| < 1e5 only.
+inline void sinCos(double x, double& sine, double& cosine)
+{
+    constexpr double roundingShift = 0x1.8p52;
+    constexpr double pio2High = 1.57079632673412561417e+00; // the first 33 bits of pi/2
+    constexpr double pio2Low = 6.07710050650619224932e-11; // pi/2 - pio2High
+    const double quadrant = (x * (2.0 / std::numbers::pi) + roundingShift) - roundingShift;
+    const double r = (x - quadrant * pio2High) - quadrant * pio2Low;
+    const double r2 = r * r;
+    const double s = r + r * r2 * (-1.0 / 6 + r2 * (1.0 / 120 + r2 * (-1.0 / 5040 + r2 * (1.0 / 362880 + r2 * (-1.0 / 39916800
+                     + r2 * (1.0 / 6227020800 + r2 * (-1.0 / 1307674368000 + r2 * (1.0 / 355687428096000))))))));
+    const double c = 1.0 - 0.5 * r2 + r2 * r2 * (1.0 / 24 + r2 * (-1.0 / 720 + r2 * (1.0 / 40320 + r2 * (-1.0 / 3628800
+                     + r2 * (1.0 / 479001600 + r2 * (-1.0 / 87178291200 + r2 * (1.0 / 20922789888000)))))));
+    // The quadrant modulo 4 as -1, 0, 1 or 2 (or -2): odd ones swap sine and cosine.
+    const double n = quadrant - 4.0 * ((quadrant * 0.25 + roundingShift) - roundingShift);
+    const bool odd = n * n == 1.0;
+    const double evenSign = 1.0 - 0.5 * n * n; // 1 for 0, -1 for +-2
+    sine = odd ? n * c : evenSign * s;
+    cosine = odd ? -n * s : evenSign * c;
 }
 
 bool isRawApx(const Core::FileInfo& file)
@@ -102,80 +127,137 @@ private:
         }
     }
 
-    static std::array<std::vector<double>*, 10> all(Columns& c)
+    static std::array<TrajectoryTable::Column*, 10> all(Columns& c)
     {
         return {&c.time, &c.latitude, &c.longitude,    &c.height,       &c.roll,
                 &c.pitch, &c.yaw,     &c.velocityNorth, &c.velocityEast, &c.velocityDown};
     }
 
     /// Every VALID record of one file, its times made continuous across a week rollover.
+    /// Records are taken a block at a time, then written column by column.
     template <typename Reader>
     static FileEpochs read(const Core::FileInfo& file, const TrajectoryOptions& options, bool rawApx)
     {
         FileEpochs epochs;
-        epochs.source.path = file.getPath();
+        auto& source = epochs.source;
+        source.path = file.getPath();
         auto reader = open<Reader>(file, options);
         Columns& c = epochs.columns;
-        reserve(c, static_cast<std::size_t>(reader->getCount()));
+        std::size_t capacity = static_cast<std::size_t>(reader->getCount());
+        resize(c, capacity);
 
+        // SBET velocities are turned a chunk at a time, from the chunk's wander angles.
+        constexpr std::size_t CHUNK = 256;
+        std::array<double, CHUNK> wander;
+        std::size_t chunkStart = 0;
         double weekShift = 0.0;
         double previous = -std::numeric_limits<double>::infinity();
-        for (std::size_t index = 0;; ++index) {
+        std::size_t used = 0;
+        for (;;) {
             const Trajectory::Record record = reader->getNext();
             if (reader->endOfFile()) {
                 break;
             }
-            ++epochs.source.records;
+            const std::size_t index = source.records++;
             if (record.status != Trajectory::Record::VALID) {
-                ++epochs.source.notValid;
+                ++source.notValid;
                 continue;
             }
-            if (!std::isfinite(record.time)) {
-                throw FileFormatError(file.getPath(), "record " + std::to_string(index) + ": time is "
-                                                          + formatSeconds(record.time));
-            }
             double time = record.time + weekShift;
-            if (time < previous) {
-                if (previous - time <= HALF_WEEK) {
-                    throw FileFormatError(file.getPath(), "record " + std::to_string(index) + ": time goes back from "
-                                                              + formatSeconds(previous) + " to " + formatSeconds(time)
-                                                              + " s");
-                }
-                weekShift += SECONDS_IN_WEEK();
-                time = record.time + weekShift;
+            if (!(time >= previous && std::isfinite(time))) {
+                time = checkedBackwardJump(file, index, record.time, previous, weekShift);
             }
             previous = time;
-
-            c.time.push_back(time);
-            c.latitude.push_back(record.latitude);
-            c.longitude.push_back(record.longitude);
-            c.height.push_back(record.height);
-            c.roll.push_back(record.roll);
-            c.pitch.push_back(record.pitch);
+            if (used == capacity) [[unlikely]] {
+                // A remote source, whose size is not known beforehand.
+                capacity = std::max(2 * capacity, used + CHUNK);
+                resize(c, capacity);
+            }
+            c.time[used] = time;
+            c.latitude[used] = record.latitude;
+            c.longitude[used] = record.longitude;
+            c.height[used] = record.height;
+            c.roll[used] = record.roll;
+            c.pitch[used] = record.pitch;
             // The true heading, as TimedPositionAttitude::fromSbet has it (unwrapped).
-            c.yaw.push_back(record.heading - record.wanderAngle);
-            if (rawApx) {
-                // Raw APX velocities are north, east, down already.
-                c.velocityNorth.push_back(record.velocityX);
-                c.velocityEast.push_back(record.velocityY);
-                c.velocityDown.push_back(record.velocityZ);
-            } else {
-                // SBET velocities: x and y turned by the wander angle from north and west, z up.
-                const double cosWander = std::cos(record.wanderAngle);
-                const double sinWander = std::sin(record.wanderAngle);
-                c.velocityNorth.push_back(record.velocityX * cosWander - record.velocityY * sinWander);
-                c.velocityEast.push_back(-record.velocityX * sinWander - record.velocityY * cosWander);
-                c.velocityDown.push_back(-record.velocityZ);
+            c.yaw[used] = record.heading - record.wanderAngle;
+            c.velocityNorth[used] = record.velocityX;
+            c.velocityEast[used] = record.velocityY;
+            c.velocityDown[used] = record.velocityZ;
+            wander[used - chunkStart] = record.wanderAngle;
+            if (++used - chunkStart == CHUNK) {
+                finishChunk(c, chunkStart, used, wander.data(), rawApx);
+                chunkStart = used;
             }
         }
-        epochs.source.used = c.time.size();
-        if (c.time.empty()) {
-            throw FileFormatError(file.getPath(), "no VALID record among its " + std::to_string(epochs.source.records)
+        finishChunk(c, chunkStart, used, wander.data(), rawApx);
+        resize(c, used);
+        source.used = used;
+        if (used == 0) {
+            throw FileFormatError(file.getPath(), "no VALID record among its " + std::to_string(source.records)
                                                       + " records");
         }
-        epochs.source.firstTime = c.time.front();
-        epochs.source.lastTime = c.time.back();
+        source.firstTime = c.time.front();
+        source.lastTime = c.time.back();
         return epochs;
+    }
+
+    /// The time of record `index` read as `recordTime` after `previous`, with `weekShift`
+    /// raised when the week rolled over; throws FileFormatError for any other backward jump
+    /// and for a time that is not finite.
+    static double checkedBackwardJump(const Core::FileInfo& file, std::size_t index, double recordTime,
+                                      double previous, double& weekShift)
+    {
+        const std::string record = "record " + std::to_string(index) + ": ";
+        if (!std::isfinite(recordTime)) {
+            throw FileFormatError(file.getPath(), record + "time is " + formatSeconds(recordTime));
+        }
+        const double time = recordTime + weekShift;
+        if (!(previous - time > HALF_WEEK)) {
+            throw FileFormatError(file.getPath(), record + "time goes back from " + formatSeconds(previous) + " to "
+                                                      + formatSeconds(time) + " s");
+        }
+        weekShift += SECONDS_IN_WEEK();
+        return recordTime + weekShift;
+    }
+
+    /// Raw APX velocities are north, east, down already; SBET ones are turned.
+    static void finishChunk(Columns& c, std::size_t first, std::size_t end, const double* wander, bool rawApx)
+    {
+        if (!rawApx) {
+            turnSbetVelocities(c, first, end - first, wander);
+        }
+    }
+
+    /// SBET velocities x, y, z in the wander-azimuth frame (x north and y west when the wander
+    /// angle is 0, z up) to north, east, down, as fromSbet turns the angular rates.
+    static void turnSbetVelocities(Columns& c, std::size_t first, std::size_t count, const double* wander)
+    {
+        double* north = c.velocityNorth.data() + first;
+        double* east = c.velocityEast.data() + first;
+        double* down = c.velocityDown.data() + first;
+        const bool usual = std::all_of(wander, wander + count, [](double angle) { return std::abs(angle) < 1e5; });
+        for (std::size_t i = 0; i < count; ++i) {
+            double sinWander, cosWander;
+            if (usual) {
+                sinCos(wander[i], sinWander, cosWander);
+            } else {
+                sinWander = std::sin(wander[i]);
+                cosWander = std::cos(wander[i]);
+            }
+            const double x = north[i];
+            const double y = east[i];
+            north[i] = x * cosWander - y * sinWander;
+            east[i] = -x * sinWander - y * cosWander;
+            down[i] = -down[i];
+        }
+    }
+
+    static void resize(Columns& columns, std::size_t count)
+    {
+        for (auto* column : all(columns)) {
+            column->resize(count);
+        }
     }
 
     /// The reader of `file`. A file that is not a whole number of records is a FileFormatError;
