@@ -6,7 +6,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <span>
+#include <vector>
 
 namespace Kelvo::Geodesy::Batch {
 
@@ -34,23 +36,26 @@ public:
         , last(time.size() - 1)
         , firstKey(key(0))
         , lastKey(key(last))
-        , epochsPerSecond(last > 0 && lastKey > firstKey ? static_cast<double>(last) / (lastKey - firstKey) : 0.0)
     {
     }
 
     double key(std::size_t index) const { return time[index] - offset; }
 
-    /// An epoch near `query` if epochs were evenly spaced: a hint for unordered queries.
-    std::size_t guess(double query) const
-    {
-        const double index = (query - firstKey) * epochsPerSecond;
-        if (!(index > 0.0)) {
-            return 0;
-        }
-        return index >= static_cast<double>(last) ? last : static_cast<std::size_t>(index);
-    }
+    /// The epoch `query` would fall on if epochs were evenly spaced.
+    std::size_t estimate(double query) const { return bucket(query, last + 1); }
 
     void prefetchTime(std::size_t index) const { __builtin_prefetch(time.data() + index); }
+
+    /// Which of `buckets` equal stretches of the table's span `query` falls in (the first or
+    /// the last one outside it).
+    std::size_t bucket(double query, std::size_t buckets) const
+    {
+        const double position = (query - firstKey) / (lastKey - firstKey) * static_cast<double>(buckets);
+        if (!(position > 0.0)) {
+            return 0;
+        }
+        return position >= static_cast<double>(buckets - 1) ? buckets - 1 : static_cast<std::size_t>(position);
+    }
 
     /// The bracket of `query`; `hint` is where the search starts.
     Bracket locate(double query, std::size_t hint) const
@@ -133,59 +138,79 @@ private:
     std::size_t last;
     double firstKey;
     double lastKey;
-    double epochsPerSecond;
 };
 
-/// Locates the queries `times[begin, end)` block by block and calls `visit(i, bracket)` for
-/// each, in order. A block in increasing order is walked forward from the previous bracket;
-/// any other block starts each search from a guess, with the epochs it needs prefetched a
-/// block ahead through `prefetch(bracket)`. Returns the index of the first time that is not
-/// finite (nothing of its block is visited), or `end`.
+/// Locates the queries `times[begin, end)` and calls `visit(i, bracket)` once for each, chunk
+/// by chunk. A chunk in increasing order (after the chunk before it) is walked forward in
+/// order. Any other chunk is first put in order of where its queries fall in the table, by
+/// a counting sort on the position an evenly spaced table would give, then walked in that
+/// order: the table is read front to back once per chunk instead of at random, and the rows
+/// written stay within the chunk; `prefetch(epoch)` asks for the epochs a few queries ahead.
+/// Every query's bracket is the same either way. Returns the
+/// index of the first time that is not finite (its chunk is not visited), or `end`.
 template <typename Prefetch, typename Visit>
 std::size_t locateQueries(const EpochLocator& locator, const QueryClock& clock, std::span<const double> times,
                           std::size_t begin, std::size_t end, Prefetch&& prefetch, Visit&& visit)
 {
-    constexpr std::size_t BLOCK = 64;
-    double keys[BLOCK];
-    std::size_t hints[BLOCK];
-    Bracket brackets[BLOCK];
-    double previousKey = -HUGE_VAL;
+    constexpr std::size_t CHUNK = 65536;
+    const std::size_t capacity = std::min(CHUNK, end - begin);
+    std::vector<double> keys(capacity);
+    std::vector<std::uint32_t> buckets;
+    std::vector<std::uint32_t> order;
+    std::vector<std::uint32_t> starts;
+    double lastKey = -HUGE_VAL;
     std::size_t walkFrom = 0;
-    for (std::size_t blockBegin = begin; blockBegin < end; blockBegin += BLOCK) {
-        const std::size_t count = std::min(BLOCK, end - blockBegin);
+    for (std::size_t first = begin; first < end; first += CHUNK) {
+        const std::size_t count = std::min(CHUNK, end - first);
         bool ordered = true;
         for (std::size_t i = 0; i < count; ++i) {
-            const double time = times[blockBegin + i];
+            const double time = times[first + i];
             if (!std::isfinite(time)) [[unlikely]] {
-                return blockBegin + i;
+                return first + i;
             }
-            keys[i] = clock.key(time);
-            ordered = ordered && keys[i] >= previousKey;
-            previousKey = keys[i];
+            const double key = clock.key(time);
+            keys[i] = key;
+            ordered = ordered && key >= lastKey;
+            lastKey = key;
         }
         if (ordered) {
             for (std::size_t i = 0; i < count; ++i) {
-                brackets[i] = locator.locate(keys[i], walkFrom);
-                if (brackets[i].valid) {
-                    walkFrom = brackets[i].upper;
-                }
+                const Bracket bracket = locator.locate(keys[i], walkFrom);
+                walkFrom = bracket.valid ? bracket.upper : walkFrom;
+                visit(first + i, bracket);
             }
-        } else {
-            for (std::size_t i = 0; i < count; ++i) {
-                hints[i] = locator.guess(keys[i]);
-                locator.prefetchTime(hints[i]);
-            }
-            for (std::size_t i = 0; i < count; ++i) {
-                brackets[i] = locator.locate(keys[i], hints[i]);
-                if (brackets[i].valid) {
-                    prefetch(brackets[i]);
-                }
-            }
-            previousKey = -HUGE_VAL;
+            continue;
+        }
+        // Counting sort by bucket: about one bucket per query, over the table's span.
+        buckets.resize(count);
+        order.resize(count);
+        starts.assign(count + 1, 0);
+        for (std::size_t i = 0; i < count; ++i) {
+            buckets[i] = static_cast<std::uint32_t>(locator.bucket(keys[i], count));
+            ++starts[buckets[i]];
+        }
+        std::uint32_t sum = 0;
+        for (auto& start : starts) {
+            const std::uint32_t size = start;
+            start = sum;
+            sum += size;
         }
         for (std::size_t i = 0; i < count; ++i) {
-            visit(blockBegin + i, brackets[i]);
+            order[starts[buckets[i]]++] = static_cast<std::uint32_t>(i);
         }
+        constexpr std::size_t AHEAD = 16;
+        for (std::size_t j = 0; j < count; ++j) {
+            if (j + AHEAD < count) {
+                const std::size_t near = locator.estimate(keys[order[j + AHEAD]]);
+                locator.prefetchTime(near);
+                prefetch(near);
+            }
+            const std::uint32_t i = order[j];
+            const Bracket bracket = locator.locate(keys[i], walkFrom);
+            walkFrom = bracket.valid ? bracket.upper : walkFrom;
+            visit(first + i, bracket);
+        }
+        lastKey = -HUGE_VAL;
     }
     return end;
 }

@@ -135,7 +135,7 @@ void Georeferencer::georeference(std::span<const double> times, const TimeSpec& 
 
     threads.forEachRange(count, [&](std::size_t begin, std::size_t end) {
         SegmentCache segments(table);
-        const auto prefetch = [](const Bracket&) {};
+        const auto prefetch = [](std::size_t) {};
         const auto visit = [&](std::size_t i, const Bracket& bracket) {
             if (!bracket.valid) {
                 constexpr double nan = std::numeric_limits<double>::quiet_NaN();

@@ -47,10 +47,11 @@ void TrajectoryTable::poses(std::span<const double> times, const TimeSpec& spec,
     FirstBadTime firstBad(count);
 
     threads.forEachRange(count, [&](std::size_t begin, std::size_t end) {
-        const auto prefetch = [&](const Bracket& b) {
-            for (const auto* column : {&c.latitude, &c.longitude, &c.height, &c.roll, &c.pitch, &c.yaw}) {
-                __builtin_prefetch(column->data() + b.lower);
-                __builtin_prefetch(column->data() + b.upper);
+        const double* const values[] = {c.latitude.data(), c.longitude.data(), c.height.data(),
+                                        c.roll.data(),     c.pitch.data(),     c.yaw.data()};
+        const auto prefetch = [&](std::size_t epoch) {
+            for (const double* column : values) {
+                __builtin_prefetch(column + epoch);
             }
         };
         const auto blend = [](const Column& column, const Bracket& b) {
