@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # The project's one test command: installs what a fresh Debian machine lacks, then builds and
 # runs every test in the dev preset, again under AddressSanitizer + UBSan (asan preset), and
-# once more optimised (release preset, which also builds the benchmarks).
+# once more optimised (release preset, which also builds the benchmarks); last, the threaded
+# tests of the batch engine under ThreadSanitizer (tsan preset, which builds only them).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -14,4 +15,8 @@ for preset in dev asan release; do
     cmake --build --preset "${preset}" -j "${jobs}"
     ctest --preset "${preset}" -j "${jobs}"
 done
-echo "==> all tests passed (dev, asan and release)"
+echo "==> tsan: configure, build the Geodesy tests, run the threaded ones"
+cmake --preset tsan
+cmake --build --preset tsan -j "${jobs}"
+ctest --preset tsan -j "${jobs}"
+echo "==> all tests passed (dev, asan, release and tsan)"
