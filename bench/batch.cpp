@@ -2,15 +2,16 @@
 // Throughput of the batch engine over a 200 Hz SBET file of 1,000,000 records: loading the
 // table beside the reader's own getNext() loop, poses at 20,000,000 increasing and
 // 10,000,000 shuffled UTC times, and georeferencing 20,000,000 points to ECEF and to
-// geodetic coordinates, each on one and on two threads. bench/compare_batch.sh runs this and
-// numpy's np.interp over the same file and times.
+// geodetic coordinates, each on one and on two threads. bench/compare_providers.sh runs
+// this and numpy's np.interp over the same file and times.
 //
 // The file is written with Sbet::Writer at the first run, into "batch-bench-data" beside this
 // program, and kept for later runs.
 #include "Geodesy/Batch/Georeferencer.h"
 #include "Geodesy/Batch/TrajectoryTable.h"
 #include "Geodesy/Sbet/Reader.h"
-#include "Geodesy/Sbet/Writer.h"
+
+#include "BenchFiles.h"
 
 #include <benchmark/benchmark.h>
 
@@ -61,30 +62,17 @@ Trajectory::Record recordAt(std::size_t index)
             0.03 + 0.005 * std::cos(5.0 * s),
             heading,
             0.05 + 1e-7 * s,
-            0.1,
-            -0.2,
-            9.8,
-            0.001,
-            -0.002,
-            0.005 * std::cos(s / 90.0)};
+            0.3 * turn,
+            0.05,
+            9.81,
+            0.002 * turn,
+            0.01 * std::cos(7.0 * s),
+            0.0044 * std::cos(s / 90.0)};
 }
 
 const fs::path& sbetFile()
 {
-    static const fs::path path = [] {
-        const auto file = dataFolder / "sbet-200hz-1m.sbet";
-        std::error_code error;
-        if (fs::file_size(file, error) != RECORDS * 136) {
-            fs::create_directories(dataFolder);
-            std::cerr << "writing " << file << " (" << RECORDS << " records)\n";
-            Sbet::Writer writer(file);
-            for (std::size_t i = 0; i < RECORDS; ++i) {
-                writer.write(recordAt(i));
-            }
-            writer.flush();
-        }
-        return file;
-    }();
+    static const fs::path path = Bench::writtenSbet(dataFolder / "sbet-200hz-1m.sbet", RECORDS, recordAt);
     return path;
 }
 
@@ -221,13 +209,5 @@ BENCHMARK(georeferenceGeodetic)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond)->
 int main(int argc, char** argv)
 {
     dataFolder = fs::path(argv[0]).parent_path() / "batch-bench-data";
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
-        return 1;
-    }
-    // Written before the first measurement, never during one.
-    std::cerr << "data: " << sbetFile().string() << '\n';
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return Bench::runBenchmarks(argc, argv, [] { std::cerr << "data: " << sbetFile().string() << '\n'; });
 }
