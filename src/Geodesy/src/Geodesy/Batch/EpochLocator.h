@@ -82,6 +82,23 @@ public:
         return bracket;
     }
 
+    /// The end of the run of keys from `keys[from]` on (up to `count`) that share `bracket`,
+    /// valid and not across a gap: exactly those that locate() would give this bracket.
+    std::size_t endOfRun(const Bracket& bracket, const double* keys, std::size_t from, std::size_t count) const
+    {
+        if (time[bracket.upper] - time[bracket.lower] > maxGap) {
+            return from;
+        }
+        const double t1 = key(bracket.lower);
+        const double t2 = key(bracket.upper);
+        // The first bracket also holds a query exactly at the first epoch.
+        const double lowest = bracket.lower == 0 ? t1 : std::nextafter(t1, HUGE_VAL);
+        while (from < count && keys[from] <= t2 && keys[from] >= lowest) {
+            ++from;
+        }
+        return from;
+    }
+
 private:
     /// The first epoch whose key is not below `query`, for firstKey <= query <= lastKey.
     std::size_t lowerBound(double query, std::size_t hint) const
@@ -140,9 +157,11 @@ private:
     double lastKey;
 };
 
-/// Locates the queries `times[begin, end)` and calls `visit(i, bracket)` once for each, chunk
-/// by chunk. A chunk in increasing order (after the chunk before it) is walked forward in
-/// order. Any other chunk is first put in order of where its queries fall in the table, by
+/// Locates the queries `times[begin, end)` chunk by chunk and calls `visit(i, keys, n,
+/// bracket)` for the n queries from index i on, whose keys are keys[0, n) and whose bracket
+/// is `bracket` (its fraction is that of the first; each query's is (key - t1) / (t2 - t1)).
+/// A chunk in increasing order (after the chunk before it) is walked forward in order, each
+/// run of queries that share a bracket visited at once. Any other chunk is first put in order of where its queries fall in the table, by
 /// a counting sort on the position an evenly spaced table would give, then walked in that
 /// order: the table is read front to back once per chunk instead of at random, and the rows
 /// written stay within the chunk; `prefetch(epoch)` asks for the epochs a few queries ahead.
@@ -174,10 +193,16 @@ std::size_t locateQueries(const EpochLocator& locator, const QueryClock& clock, 
             lastKey = key;
         }
         if (ordered) {
-            for (std::size_t i = 0; i < count; ++i) {
+            // Runs of queries that share a bracket are visited together.
+            for (std::size_t i = 0; i < count;) {
                 const Bracket bracket = locator.locate(keys[i], walkFrom);
-                walkFrom = bracket.valid ? bracket.upper : walkFrom;
-                visit(first + i, bracket);
+                std::size_t runEnd = i + 1;
+                if (bracket.valid) {
+                    walkFrom = bracket.upper;
+                    runEnd = locator.endOfRun(bracket, keys.data(), runEnd, count);
+                }
+                visit(first + i, keys.data() + i, runEnd - i, bracket);
+                i = runEnd;
             }
             continue;
         }
@@ -208,7 +233,7 @@ std::size_t locateQueries(const EpochLocator& locator, const QueryClock& clock, 
             const std::uint32_t i = order[j];
             const Bracket bracket = locator.locate(keys[i], walkFrom);
             walkFrom = bracket.valid ? bracket.upper : walkFrom;
-            visit(first + i, bracket);
+            visit(first + i, keys.data() + i, 1, bracket);
         }
         lastKey = -HUGE_VAL;
     }

@@ -136,7 +136,7 @@ void Georeferencer::georeference(std::span<const double> times, const TimeSpec& 
     threads.forEachRange(count, [&](std::size_t begin, std::size_t end) {
         SegmentCache segments(table);
         const auto prefetch = [](std::size_t) {};
-        const auto visit = [&](std::size_t i, const Bracket& bracket) {
+        const auto georeferencePoint = [&](std::size_t i, double key, const Bracket& bracket) {
             if (!bracket.valid) {
                 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
                 out.first[i] = out.second[i] = out.third[i] = nan;
@@ -144,7 +144,9 @@ void Georeferencer::georeference(std::span<const double> times, const TimeSpec& 
                 return;
             }
             const Segment& segment = segments.at(bracket);
-            const double k = bracket.k;
+            const double t1 = locator.key(bracket.lower);
+            const double t2 = locator.key(bracket.upper);
+            const double k = t2 == t1 ? 0.0 : (key - t1) / (t2 - t1);
             Frame f;
             for (std::size_t e = 0; e < f.size(); ++e) {
                 f[e] = segment.c0[e] + k * (segment.c1[e] + k * segment.c2[e]);
@@ -168,6 +170,11 @@ void Georeferencer::georeference(std::span<const double> times, const TimeSpec& 
                 out.third[i] = geodetic.height;
             }
             out.valid[i] = 1;
+        };
+        const auto visit = [&](std::size_t row, const double* keys, std::size_t n, const Bracket& bracket) {
+            for (std::size_t i = row; i < row + n; ++i) {
+                georeferencePoint(i, keys[i - row], bracket);
+            }
         };
         firstBad.note(locateQueries(locator, clock, times, begin, end, prefetch, visit), end);
     });

@@ -7,7 +7,9 @@
 #include "Geodesy/Batch/ArgumentError.h"
 #include "Maths/EulerAngles.h"
 
+#include <algorithm>
 #include <atomic>
+#include <utility>
 #include <limits>
 #include <numeric>
 
@@ -54,39 +56,55 @@ void TrajectoryTable::poses(std::span<const double> times, const TimeSpec& spec,
                 __builtin_prefetch(column + epoch);
             }
         };
-        const auto blend = [](const Column& column, const Bracket& b) {
-            // The providers' blend a + (b - a) k, component by component.
-            const double a = column[b.lower];
-            return a + (column[b.upper] - a) * b.k;
-        };
-        const auto angle = [](const Column& column, const Bracket& b) {
-            return Maths::EulerAngles::interpolateAngle(column[b.lower], column[b.upper], b.k);
-        };
-        const auto visit = [&](std::size_t i, const Bracket& b) {
+        const auto visit = [&](std::size_t row, const double* keys, std::size_t n, const Bracket& b) {
             if (!b.valid) {
                 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-                out.latitude[i] = out.longitude[i] = out.height[i] = nan;
-                out.roll[i] = out.pitch[i] = out.yaw[i] = nan;
-                if (velocities) {
-                    writeIfWanted(out.velocityNorth, i, nan);
-                    writeIfWanted(out.velocityEast, i, nan);
-                    writeIfWanted(out.velocityDown, i, nan);
+                for (std::size_t i = row; i < row + n; ++i) {
+                    out.latitude[i] = out.longitude[i] = out.height[i] = nan;
+                    out.roll[i] = out.pitch[i] = out.yaw[i] = nan;
+                    if (velocities) {
+                        writeIfWanted(out.velocityNorth, i, nan);
+                        writeIfWanted(out.velocityEast, i, nan);
+                        writeIfWanted(out.velocityDown, i, nan);
+                    }
+                    out.valid[i] = 0;
                 }
-                out.valid[i] = 0;
                 return;
             }
-            out.latitude[i] = blend(c.latitude, b);
-            out.longitude[i] = blend(c.longitude, b);
-            out.height[i] = blend(c.height, b);
-            out.roll[i] = angle(c.roll, b);
-            out.pitch[i] = angle(c.pitch, b);
-            out.yaw[i] = angle(c.yaw, b);
+            const double t1 = locator.key(b.lower);
+            const double t2 = locator.key(b.upper);
+            // The providers' fraction, and their blend a + (b - a) k component by component.
+            const auto fraction = [&](std::size_t i) { return t2 == t1 ? 0.0 : (keys[i] - t1) / (t2 - t1); };
+            const auto blend = [&](const Column& column, std::span<double> into) {
+                const double from = column[b.lower];
+                const double difference = column[b.upper] - from;
+                for (std::size_t i = 0; i < n; ++i) {
+                    into[row + i] = from + difference * fraction(i);
+                }
+            };
+            const auto angle = [&](const Column& column, std::span<double> into) {
+                const double from = column[b.lower];
+                const double to = column[b.upper];
+                for (std::size_t i = 0; i < n; ++i) {
+                    into[row + i] = Maths::EulerAngles::interpolateAngle(from, to, fraction(i));
+                }
+            };
+            blend(c.latitude, out.latitude);
+            blend(c.longitude, out.longitude);
+            blend(c.height, out.height);
+            angle(c.roll, out.roll);
+            angle(c.pitch, out.pitch);
+            angle(c.yaw, out.yaw);
             if (velocities) {
-                writeIfWanted(out.velocityNorth, i, blend(c.velocityNorth, b));
-                writeIfWanted(out.velocityEast, i, blend(c.velocityEast, b));
-                writeIfWanted(out.velocityDown, i, blend(c.velocityDown, b));
+                for (const auto& [column, into] : {std::pair{&c.velocityNorth, out.velocityNorth},
+                                                   std::pair{&c.velocityEast, out.velocityEast},
+                                                   std::pair{&c.velocityDown, out.velocityDown}}) {
+                    if (!into.empty()) {
+                        blend(*column, into);
+                    }
+                }
             }
-            out.valid[i] = 1;
+            std::fill_n(out.valid.begin() + static_cast<std::ptrdiff_t>(row), n, std::uint8_t{1});
         };
         firstBad.note(locateQueries(locator, clock, times, begin, end, prefetch, visit), end);
     });
