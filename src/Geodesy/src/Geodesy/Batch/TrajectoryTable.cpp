@@ -73,34 +73,46 @@ void TrajectoryTable::poses(std::span<const double> times, const TimeSpec& spec,
             }
             const double t1 = locator.key(b.lower);
             const double t2 = locator.key(b.upper);
-            // The providers' fraction, and their blend a + (b - a) k component by component.
-            const auto fraction = [&](std::size_t i) { return t2 == t1 ? 0.0 : (keys[i] - t1) / (t2 - t1); };
-            const auto blend = [&](const Column& column, std::span<double> into) {
-                const double from = column[b.lower];
-                const double difference = column[b.upper] - from;
-                for (std::size_t i = 0; i < n; ++i) {
-                    into[row + i] = from + difference * fraction(i);
+            // The providers' fraction, then their blend a + (b - a) k component by component,
+            // a piece of the run at a time.
+            constexpr std::size_t PIECE = 64;
+            double k[PIECE];
+            for (std::size_t start = 0; start < n; start += PIECE) {
+                const std::size_t m = std::min(PIECE, n - start);
+                for (std::size_t i = 0; i < m; ++i) {
+                    k[i] = t2 == t1 ? 0.0 : (keys[start + i] - t1) / (t2 - t1);
                 }
-            };
-            const auto angle = [&](const Column& column, std::span<double> into) {
-                const double from = column[b.lower];
-                const double to = column[b.upper];
-                for (std::size_t i = 0; i < n; ++i) {
-                    into[row + i] = Maths::EulerAngles::interpolateAngle(from, to, fraction(i));
+                double* const rows[] = {&out.latitude[row + start], &out.longitude[row + start],
+                                        &out.height[row + start]};
+                const Column* const positions[] = {&c.latitude, &c.longitude, &c.height};
+                for (std::size_t v = 0; v < 3; ++v) {
+                    const double from = (*positions[v])[b.lower];
+                    const double difference = (*positions[v])[b.upper] - from;
+                    for (std::size_t i = 0; i < m; ++i) {
+                        rows[v][i] = from + difference * k[i];
+                    }
                 }
-            };
-            blend(c.latitude, out.latitude);
-            blend(c.longitude, out.longitude);
-            blend(c.height, out.height);
-            angle(c.roll, out.roll);
-            angle(c.pitch, out.pitch);
-            angle(c.yaw, out.yaw);
-            if (velocities) {
-                for (const auto& [column, into] : {std::pair{&c.velocityNorth, out.velocityNorth},
-                                                   std::pair{&c.velocityEast, out.velocityEast},
-                                                   std::pair{&c.velocityDown, out.velocityDown}}) {
-                    if (!into.empty()) {
-                        blend(*column, into);
+                double* const angleRows[] = {&out.roll[row + start], &out.pitch[row + start], &out.yaw[row + start]};
+                const Column* const angles[] = {&c.roll, &c.pitch, &c.yaw};
+                for (std::size_t v = 0; v < 3; ++v) {
+                    const double from = (*angles[v])[b.lower];
+                    const double to = (*angles[v])[b.upper];
+                    for (std::size_t i = 0; i < m; ++i) {
+                        angleRows[v][i] = Maths::EulerAngles::interpolateAngle(from, to, k[i]);
+                    }
+                }
+                if (velocities) {
+                    for (const auto& [column, into] : {std::pair{&c.velocityNorth, out.velocityNorth},
+                                                       std::pair{&c.velocityEast, out.velocityEast},
+                                                       std::pair{&c.velocityDown, out.velocityDown}}) {
+                        if (into.empty()) {
+                            continue;
+                        }
+                        const double from = (*column)[b.lower];
+                        const double difference = (*column)[b.upper] - from;
+                        for (std::size_t i = 0; i < m; ++i) {
+                            into[row + start + i] = from + difference * k[i];
+                        }
                     }
                 }
             }
