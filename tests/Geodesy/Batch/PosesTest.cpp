@@ -6,6 +6,7 @@
 
 #include "../Providers/ProviderTestSupport.h"
 
+#include "Geodesy/ApxRaw/Reader.h"
 #include "Geodesy/Batch/ArgumentError.h"
 #include "Geodesy/SbetPositionAttitudeProvider.h"
 
@@ -36,10 +37,11 @@ constexpr const char* NAMES[] = {"latitude", "longitude", "height", "roll", "pit
 
 /// The provider's answers at increasing UTC `times`, as (latitude, longitude, height, roll,
 /// pitch, yaw); empty where it gives none.
+template <typename Reader>
 std::vector<std::vector<double>> providerAnswers(const std::filesystem::path& path, const std::vector<double>& times)
 {
     EXPECT_TRUE(std::is_sorted(times.begin(), times.end()));
-    SbetPositionAttitudeProvider<Sbet::Reader> provider(path, nullptr, ProviderTesting::anyAlignment);
+    SbetPositionAttitudeProvider<Reader> provider(path, nullptr, Batch::TrajectoryOptions{}.alignment);
     Maths::IntervalCounter counter;
     std::vector<std::vector<double>> answers;
     for (const double time : times) {
@@ -54,12 +56,14 @@ std::vector<std::vector<double>> providerAnswers(const std::filesystem::path& pa
     return answers;
 }
 
-/// Asks the provider the sorted times and the table the same times shuffled; wherever either
-/// answers, both must, with the same bits. Returns how many times were answered.
-std::size_t expectProviderBits(const std::filesystem::path& path, std::vector<double> times)
+/// Asks the provider the sorted times and the table the same times shuffled; wherever the
+/// provider answers the table must, with the same bits, and (`bothWays`) the other way round.
+/// Returns how many times the table answered.
+template <typename Reader = Sbet::Reader>
+std::size_t expectProviderBits(const std::filesystem::path& path, std::vector<double> times, bool bothWays = true)
 {
     std::sort(times.begin(), times.end());
-    const auto expected = providerAnswers(path, times);
+    const auto expected = providerAnswers<Reader>(path, times);
     std::vector<std::size_t> order(times.size());
     std::iota(order.begin(), order.end(), 0);
     std::shuffle(order.begin(), order.end(), std::mt19937_64(7));
@@ -78,14 +82,14 @@ std::size_t expectProviderBits(const std::filesystem::path& path, std::vector<do
         const auto& want = expected[at];
         const bool valid = shuffledPoses.valid[i] == 1;
         EXPECT_EQ(sortedPoses.valid[at], shuffledPoses.valid[i]);
-        if (want.empty() != !valid) {
+        if (want.empty() ? valid && bothWays : !valid) {
             ADD_FAILURE() << std::setprecision(17) << "time " << times[at] << ": provider "
                           << (want.empty() ? "gives nothing" : "answers") << ", table valid " << valid;
             ++mismatches;
             continue;
         }
         answered += valid ? 1 : 0;
-        for (std::size_t c = 0; valid && c < 6; ++c) {
+        for (std::size_t c = 0; valid && !want.empty() && c < 6; ++c) {
             if (bits(shuffledPoses.values[c][i]) != bits(want[c]) || bits(sortedPoses.values[c][at]) != bits(want[c])) {
                 ADD_FAILURE() << std::setprecision(17) << NAMES[c] << " at " << times[at] << ": " << want[c]
                               << " from the provider, " << shuffledPoses.values[c][i] << " from the table";
@@ -143,6 +147,27 @@ TEST(Poses, ExactRecordTimesFirstAndLastEpochAndYawAcrossTheSeamGiveTheProviderB
     const PoseBuffers seam = posesOf(table, {utcOf(records[35].time + 1.0 / 512.0), utcOf(records[99].time + 1.0 / 512.0)});
     EXPECT_NEAR(seam.values[5][0], 3.0 + 0.004 * 35.5 - 2.0 * std::numbers::pi, 1e-12);
     EXPECT_NEAR(seam.values[5][1], 3.0 + 0.004 * 99.5 - 2.0 * std::numbers::pi, 1e-12);
+}
+
+TEST(Poses, RawApxGivesTheProviderBitsWhereverItAnswersAndBridgesAShortStretchOfUnusableRecords)
+{
+    // Four records a second; the first eight before alignment, one in the middle without a
+    // solution (the table blends across its 0.5 s, the provider gives nothing there).
+    std::vector<ApxRaw::RawRecord> raw;
+    for (std::uint32_t i = 0; i < 400; ++i) {
+        raw.push_back(Testing::syntheticRawRecord(400000000 + 250 * i, i < 8 ? 3 : 5, i == 200 ? 0 : 1));
+    }
+    TemporaryDirectory folder;
+    const auto path = folder.write("nav.stream", Testing::apxRawBytes(raw));
+    auto times = uniformTimes(utcOf(400000.0), utcOf(400099.75), 100'000, 9);
+    for (std::uint32_t i = 0; i < 400; ++i) {
+        times.push_back(utcOf(400000.0 + 0.25 * i));
+    }
+    EXPECT_GT(expectProviderBits<ApxRaw::Reader>(path, times, false), 97'000u) << "all but the first 2 s";
+    const TrajectoryTable table = loadPaths({path});
+    EXPECT_EQ(table.timeSpan().first, 400002.0);
+    EXPECT_EQ(posesOf(table, {utcOf(400050.0)}).valid[0], 1) << "across the record without a solution";
+    EXPECT_EQ(posesOf(table, {utcOf(400001.0)}).valid[0], 0) << "before alignment";
 }
 
 TEST(Poses, EveryTimeScaleGivesTheSameAnswersAndAKnownWeekRefusesOtherWeeks)

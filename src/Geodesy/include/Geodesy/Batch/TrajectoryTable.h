@@ -44,6 +44,10 @@ namespace Kelvo::Geodesy::Batch {
 /// answers (outside gaps), the position and attitude are the same bits. The bracket of a
 /// time exactly on epoch j > 0 is (j - 1, j), that of the first epoch (0, 1).
 ///
+/// Cost: times in increasing order are answered by a forward walk, each run of times between
+/// the same two epochs at once; times in any other order are put in table order a chunk at a
+/// time (a counting sort), never searched at random. Nothing is allocated per time.
+///
 /// Threads: the table is immutable once loaded; every const member may be called from any
 /// number of threads at once. `poses` starts threads only as its ThreadCount says and joins
 /// them before it returns; its answers are the same bits for every thread count.

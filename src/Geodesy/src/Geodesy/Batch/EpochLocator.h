@@ -171,11 +171,12 @@ template <typename Prefetch, typename Visit>
 std::size_t locateQueries(const EpochLocator& locator, const QueryClock& clock, std::span<const double> times,
                           std::size_t begin, std::size_t end, Prefetch&& prefetch, Visit&& visit)
 {
-    constexpr std::size_t CHUNK = 65536;
+    constexpr std::size_t CHUNK = 131072;
     const std::size_t capacity = std::min(CHUNK, end - begin);
     std::vector<double> keys(capacity);
     std::vector<std::uint32_t> buckets;
     std::vector<std::uint32_t> order;
+    std::vector<double> sortedKeys;
     std::vector<std::uint32_t> starts;
     double lastKey = -HUGE_VAL;
     std::size_t walkFrom = 0;
@@ -209,6 +210,7 @@ std::size_t locateQueries(const EpochLocator& locator, const QueryClock& clock, 
         // Counting sort by bucket: about one bucket per query, over the table's span.
         buckets.resize(count);
         order.resize(count);
+        sortedKeys.resize(count);
         starts.assign(count + 1, 0);
         for (std::size_t i = 0; i < count; ++i) {
             buckets[i] = static_cast<std::uint32_t>(locator.bucket(keys[i], count));
@@ -221,19 +223,20 @@ std::size_t locateQueries(const EpochLocator& locator, const QueryClock& clock, 
             sum += size;
         }
         for (std::size_t i = 0; i < count; ++i) {
-            order[starts[buckets[i]]++] = static_cast<std::uint32_t>(i);
+            const std::uint32_t at = starts[buckets[i]]++;
+            order[at] = static_cast<std::uint32_t>(i);
+            sortedKeys[at] = keys[i];
         }
         constexpr std::size_t AHEAD = 16;
         for (std::size_t j = 0; j < count; ++j) {
             if (j + AHEAD < count) {
-                const std::size_t near = locator.estimate(keys[order[j + AHEAD]]);
+                const std::size_t near = locator.estimate(sortedKeys[j + AHEAD]);
                 locator.prefetchTime(near);
                 prefetch(near);
             }
-            const std::uint32_t i = order[j];
-            const Bracket bracket = locator.locate(keys[i], walkFrom);
+            const Bracket bracket = locator.locate(sortedKeys[j], walkFrom);
             walkFrom = bracket.valid ? bracket.upper : walkFrom;
-            visit(first + i, keys.data() + i, 1, bracket);
+            visit(first + order[j], sortedKeys.data() + j, 1, bracket);
         }
         lastKey = -HUGE_VAL;
     }
