@@ -52,10 +52,10 @@ struct PoseBuffers {
 };
 
 inline PoseBuffers posesOf(const Batch::TrajectoryTable& table, const std::vector<double>& times,
-                           const Batch::TimeSpec& spec = {}, Batch::ThreadCount threads = Batch::ThreadCount(1))
+                           const Batch::TimeSpec& timeSpec = {}, Batch::ThreadCount threads = Batch::ThreadCount(1))
 {
     PoseBuffers buffers(times.size());
-    table.poses(times, spec, buffers.columns(), threads);
+    table.poses(times, timeSpec, buffers.columns(), threads);
     return buffers;
 }
 

@@ -118,10 +118,10 @@ struct Output {
 };
 
 Output georeference(const Georeferencer& georeferencer, const Points& points, GeoreferenceFrame frame,
-                    ThreadCount threads = ThreadCount(1), const TimeSpec& spec = GPS_SECONDS)
+                    ThreadCount threads = ThreadCount(1), const TimeSpec& timeSpec = GPS_SECONDS)
 {
     Output out(points.times.size());
-    georeferencer.georeference(points.times, spec, points.x, points.y, points.z, frame, out.columns(), threads);
+    georeferencer.georeference(points.times, timeSpec, points.x, points.y, points.z, frame, out.columns(), threads);
     return out;
 }
 

@@ -202,7 +202,7 @@ TEST(Poses, EveryTimeScaleGivesTheSameAnswersAndAKnownWeekRefusesOtherWeeks)
         const char* name;
         const TrajectoryTable& table;
         std::vector<double> times;
-        TimeSpec spec;
+        TimeSpec timeSpec;
         bool valid;
     };
     const Case cases[] = {
@@ -221,7 +221,7 @@ TEST(Poses, EveryTimeScaleGivesTheSameAnswersAndAKnownWeekRefusesOtherWeeks)
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        const PoseBuffers poses = posesOf(c.table, c.times, c.spec);
+        const PoseBuffers poses = posesOf(c.table, c.times, c.timeSpec);
         for (std::size_t i = 0; i < gps.size(); ++i) {
             ASSERT_EQ(poses.valid[i], c.valid ? 1 : 0) << i;
             for (std::size_t v = 0; v < poses.values.size(); ++v) {

@@ -40,14 +40,14 @@ class KELVO_GEODESY_EXPORT Georeferencer {
 public:
     Georeferencer(const TrajectoryTable& table, const SensorMount& mount);
 
-    /// Georeferences the points (times[i], x[i], y[i], z[i]): times read as `spec` says (see
+    /// Georeferences the points (times[i], x[i], y[i], z[i]): times read as `timeSpec` says (see
     /// TrajectoryTable::poses), scanner coordinates [m]; results in `out` (see
     /// GeoreferenceColumns), split over `threads`: the same bits for every thread count.
     ///
     /// Throws ArgumentError naming a column whose length differs from that of `times`, or the
-    /// first time that is NaN or infinite ("times[17] is NaN"); the outputs then hold
-    /// unspecified values.
-    void georeference(std::span<const double> times, const TimeSpec& spec, std::span<const double> x,
+    /// first time that is NaN or infinite ("times[17] is NaN"); the outputs may then be partly
+    /// written.
+    void georeference(std::span<const double> times, const TimeSpec& timeSpec, std::span<const double> x,
                       std::span<const double> y, std::span<const double> z, GeoreferenceFrame frame,
                       const GeoreferenceColumns& out, ThreadCount threads = ThreadCount(1)) const;
 

@@ -125,7 +125,7 @@ public:
     TimeSpan timeSpan() const { return {columns.time.front(), columns.time.back()}; }
     const TrajectoryOptions& options() const { return settings; }
 
-    /// Poses at `times`, read as `spec` says, into `out` (see the class comment and
+    /// Poses at `times`, read as `timeSpec` says, into `out` (see the class comment and
     /// PoseColumns). Without a known week (TrajectoryOptions::week) a time is matched by
     /// its seconds of week: it is taken in the week-long window that starts at the first
     /// epoch (a UTC time's week and TimeSpec::week are not used). With it, a time is placed
@@ -134,9 +134,9 @@ public:
     /// seconds; a UTC time before 1970 is not valid.
     ///
     /// Throws ArgumentError naming the column of a length other than that of `times`, or the
-    /// first time that is NaN or infinite ("times[17] is NaN"); the columns then hold
-    /// unspecified values.
-    void poses(std::span<const double> times, const TimeSpec& spec, const PoseColumns& out,
+    /// first time that is NaN or infinite ("times[17] is NaN"); the columns may then be partly
+    /// written.
+    void poses(std::span<const double> times, const TimeSpec& timeSpec, const PoseColumns& out,
                ThreadCount threads = ThreadCount(1)) const;
 
 private:

@@ -114,7 +114,7 @@ Georeferencer::Georeferencer(const TrajectoryTable& table, const SensorMount& mo
 {
 }
 
-void Georeferencer::georeference(std::span<const double> times, const TimeSpec& spec, std::span<const double> x,
+void Georeferencer::georeference(std::span<const double> times, const TimeSpec& timeSpec, std::span<const double> x,
                                  std::span<const double> y, std::span<const double> z, GeoreferenceFrame frame,
                                  const GeoreferenceColumns& out, ThreadCount threads) const
 {
@@ -127,7 +127,7 @@ void Georeferencer::georeference(std::span<const double> times, const TimeSpec& 
     requireLength("third", out.third.size(), count, false);
     requireLength("valid", out.valid.size(), count, false);
 
-    const QueryClock clock(spec, table.options().week, table.time().front(), sensorMount.timeOffset);
+    const QueryClock clock(timeSpec, table.options().week, table.time().front(), sensorMount.timeOffset);
     const EpochLocator locator(table.time(), clock.keyOffset(), table.options().maxGap);
     const auto& lever = sensorMount.leverArm;
     const Matrix& b = boresight;

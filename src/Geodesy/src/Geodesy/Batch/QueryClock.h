@@ -22,11 +22,11 @@ public:
     /// `tableWeek`: the GPS week of the table's first epoch, if known. `firstTime`: that
     /// epoch's time T0. Without a week, seconds of week are taken in the week-long window
     /// that starts at the first epoch. `timeOffset` [s] is added to every query time first.
-    QueryClock(const TimeSpec& spec, std::optional<std::uint32_t> tableWeek, double firstTime,
+    QueryClock(const TimeSpec& timeSpec, std::optional<std::uint32_t> tableWeek, double firstTime,
                double timeOffset = 0.0)
-        : scale(spec.scale)
+        : scale(timeSpec.scale)
         , timeOffset(timeOffset)
-        , keyShift(spec.scale == TimeScale::utc ? GPS_LEAP_SECONDS() : 0.0)
+        , keyShift(timeSpec.scale == TimeScale::utc ? GPS_LEAP_SECONDS() : 0.0)
         , windowStart(firstTime - keyShift)
     {
         if (!tableWeek) {
@@ -41,9 +41,9 @@ public:
             weekOrigin = (GPS_EPOCH_IN_UNIX_SECONDS + UNIX_EPOCH_SECONDS_IN_WEEK) / SECONDS_IN_WEEK() + week;
             break;
         case TimeScale::gpsWeek:
-            if (spec.week) {
+            if (timeSpec.week) {
                 absolute = true;
-                origin = (week - static_cast<double>(*spec.week)) * SECONDS_IN_WEEK();
+                origin = (week - static_cast<double>(*timeSpec.week)) * SECONDS_IN_WEEK();
             }
             break;
         case TimeScale::gpsAdjusted:

@@ -27,7 +27,7 @@ std::size_t TrajectoryTable::droppedNotValid() const
                            [](std::size_t sum, const SourceFile& file) { return sum + file.notValid; });
 }
 
-void TrajectoryTable::poses(std::span<const double> times, const TimeSpec& spec, const PoseColumns& out,
+void TrajectoryTable::poses(std::span<const double> times, const TimeSpec& timeSpec, const PoseColumns& out,
                             ThreadCount threads) const
 {
     const std::size_t count = times.size();
@@ -42,7 +42,7 @@ void TrajectoryTable::poses(std::span<const double> times, const TimeSpec& spec,
     requireLength("velocityDown", out.velocityDown.size(), count, true);
     requireLength("valid", out.valid.size(), count, false);
 
-    const QueryClock clock(spec, settings.week, columns.time.front());
+    const QueryClock clock(timeSpec, settings.week, columns.time.front());
     const EpochLocator locator(columns.time, clock.keyOffset(), settings.maxGap);
     const bool velocities = !out.velocityNorth.empty() || !out.velocityEast.empty() || !out.velocityDown.empty();
     const Columns& c = columns;
