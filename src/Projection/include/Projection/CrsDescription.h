@@ -16,9 +16,9 @@ struct CrsDescription {
         geographic2D, ///< longitude, latitude
         geographic3D, ///< longitude, latitude, ellipsoidal height
         geocentric,   ///< Earth-centred X, Y, Z
-        projected,    ///< easting, northing (and a height when derived from a 3D CRS)
+        projected,    ///< easting, northing
         compound,     ///< a horizontal CRS plus a vertical one
-        other,        ///< engineering, derived or bound CRSs
+        other,        ///< engineering and other derived CRSs; a bound CRS has the kind of its base
     };
 
     struct Axis {
