@@ -2,7 +2,8 @@
 # The project's one test command: installs what a fresh Debian machine lacks, then builds and
 # runs every test in the dev preset, again under AddressSanitizer + UBSan (asan preset), and
 # once more optimised (release preset, which also builds the benchmarks); last, the threaded
-# tests of the batch engine under ThreadSanitizer (tsan preset, which builds only them).
+# tests (`*Threads.*`: batch engine, Kelvo::Projection) under ThreadSanitizer (tsan preset,
+# which builds only the test programs that hold them).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -15,7 +16,7 @@ for preset in dev asan release; do
     cmake --build --preset "${preset}" -j "${jobs}"
     ctest --preset "${preset}" -j "${jobs}"
 done
-echo "==> tsan: configure, build the Geodesy tests, run the threaded ones"
+echo "==> tsan: configure, build the Geodesy and Projection tests, run the threaded ones"
 cmake --preset tsan
 cmake --build --preset tsan -j "${jobs}"
 ctest --preset tsan -j "${jobs}"
