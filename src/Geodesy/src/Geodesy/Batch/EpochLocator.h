@@ -12,12 +12,10 @@
 
 namespace Kelvo::Geodesy::Batch {
 
-/// The two epochs that bracket a query and the fraction between them.
+/// The two epochs that bracket a query.
 struct Bracket {
     std::size_t lower = 0;
     std::size_t upper = 0;
-    /// 0 at `lower`, 1 at `upper`.
-    double k = 0.0;
     /// False outside the table or strictly inside a gap: the other fields mean nothing then.
     bool valid = false;
 };
@@ -75,11 +73,17 @@ public:
                 return bracket;
             }
         }
-        const double t1 = key(bracket.lower);
-        const double t2 = key(bracket.upper);
-        bracket.k = t2 == t1 ? 0.0 : (query - t1) / (t2 - t1);
         bracket.valid = true;
         return bracket;
+    }
+
+    /// Where `query` lies in `bracket`: 0 at its lower epoch, 1 at its upper one, 0 when both
+    /// are at one instant (the first wins), as the providers have it.
+    double fraction(const Bracket& bracket, double query) const
+    {
+        const double t1 = key(bracket.lower);
+        const double t2 = key(bracket.upper);
+        return t2 == t1 ? 0.0 : (query - t1) / (t2 - t1);
     }
 
     /// The end of the run of keys from `keys[from]` on (up to `count`) that share `bracket`,
@@ -159,7 +163,7 @@ private:
 
 /// Locates the queries `times[begin, end)` chunk by chunk and calls `visit(i, keys, n,
 /// bracket)` for the n queries from index i on, whose keys are keys[0, n) and whose bracket
-/// is `bracket` (its fraction is that of the first; each query's is (key - t1) / (t2 - t1)).
+/// is `bracket` (fraction() gives each one's place in it).
 /// A chunk in increasing order (after the chunk before it) is walked forward in order, each
 /// run of queries that share a bracket visited at once. Any other chunk is first put in order of where its queries fall in the table, by
 /// a counting sort on the position an evenly spaced table would give, then walked in that

@@ -144,9 +144,7 @@ void Georeferencer::georeference(std::span<const double> times, const TimeSpec& 
                 return;
             }
             const Segment& segment = segments.at(bracket);
-            const double t1 = locator.key(bracket.lower);
-            const double t2 = locator.key(bracket.upper);
-            const double k = t2 == t1 ? 0.0 : (key - t1) / (t2 - t1);
+            const double k = locator.fraction(bracket, key);
             Frame f;
             for (std::size_t e = 0; e < f.size(); ++e) {
                 f[e] = segment.c0[e] + k * (segment.c1[e] + k * segment.c2[e]);

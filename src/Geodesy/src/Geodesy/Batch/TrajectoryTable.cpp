@@ -71,8 +71,6 @@ void TrajectoryTable::poses(std::span<const double> times, const TimeSpec& timeS
                 }
                 return;
             }
-            const double t1 = locator.key(b.lower);
-            const double t2 = locator.key(b.upper);
             // The providers' fraction, then their blend a + (b - a) k component by component,
             // a piece of the run at a time.
             constexpr std::size_t PIECE = 64;
@@ -80,7 +78,7 @@ void TrajectoryTable::poses(std::span<const double> times, const TimeSpec& timeS
             for (std::size_t start = 0; start < n; start += PIECE) {
                 const std::size_t m = std::min(PIECE, n - start);
                 for (std::size_t i = 0; i < m; ++i) {
-                    k[i] = t2 == t1 ? 0.0 : (keys[start + i] - t1) / (t2 - t1);
+                    k[i] = locator.fraction(b, keys[start + i]);
                 }
                 double* const rows[] = {&out.latitude[row + start], &out.longitude[row + start],
                                         &out.height[row + start]};
