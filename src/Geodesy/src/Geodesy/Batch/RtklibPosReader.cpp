@@ -1,0 +1,633 @@
+// SPDX-License-Identifier: MIT
+#include "RtklibPosReader.h"
+
+#include "../GNSS/RTKLIB/StreamNumberScanner.h"
+#include "../Trajectory/FileAccess.h"
+#include "GnssLeapSeconds.h"
+#include "Geodesy/Batch/FileFormatError.h"
+#include "Geodesy/CoordinateSystem/Ellipsoid.h"
+#include "Geodesy/ECEF.h"
+#include "Maths/Degree.h"
+#include "Maths/Matrix3.h"
+#include "Maths/PositionVector3.h"
+#include "Maths/Radian.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <cmath>
+#include <cstring>
+#include <cstdint>
+#include <fstream>
+#include <limits>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+namespace Kelvo::Geodesy::Batch {
+namespace {
+
+/// The most fields a data line has: two for the time, seven for a degree-minute-second
+/// position, Q and ns, six standard deviations, age and ratio, nine velocity columns.
+constexpr std::size_t MAX_FIELDS = 28;
+
+constexpr std::int64_t SECONDS_PER_DAY = 86400;
+constexpr std::int64_t SECONDS_PER_WEEK = 604800;
+/// JST is UTC + 9 h.
+constexpr std::int64_t JST_AHEAD_OF_UTC = 9 * 3600;
+
+bool isBlank(char c) { return c == ' ' || c == '\t'; }
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+std::string_view trim(std::string_view text)
+{
+    const auto first = text.find_first_not_of(" \t");
+    if (first == std::string_view::npos) {
+        return {};
+    }
+    return text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
+/// Splits `line` at blanks into `fields` and returns how many fields the line has, also
+/// counting those beyond the array's room.
+std::size_t splitFields(std::string_view line, std::array<std::string_view, MAX_FIELDS>& fields)
+{
+    std::size_t count = 0;
+    std::size_t index = 0;
+    while (true) {
+        while (index < line.size() && isBlank(line[index])) {
+            ++index;
+        }
+        if (index == line.size()) {
+            return count;
+        }
+        const std::size_t start = index;
+        while (index < line.size() && !isBlank(line[index])) {
+            ++index;
+        }
+        if (count < MAX_FIELDS) {
+            fields[count] = line.substr(start, index - start);
+        }
+        ++count;
+    }
+}
+
+std::vector<std::string> splitWords(std::string_view text)
+{
+    std::array<std::string_view, MAX_FIELDS> words;
+    std::vector<std::string> result;
+    const std::size_t count = splitFields(text, words);
+    for (std::size_t i = 0; i < std::min(count, MAX_FIELDS); ++i) {
+        result.emplace_back(words[i]);
+    }
+    return result;
+}
+
+/// A decimal number, the whole text and nothing else, finite. Plain decimals of up to 15
+/// significant digits and 22 decimals, which is everything RTKLIB writes, take the exact
+/// fast path: an integer divided by a power of ten, both exact doubles, so the quotient is
+/// correctly rounded and equals what from_chars gives. Anything else goes to from_chars.
+bool parseNumber(std::string_view text, double& value)
+{
+    static constexpr std::array<double, 23> powersOfTen{1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                        1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                                        1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    const char* cursor = text.data();
+    const char* const end = cursor + text.size();
+    const bool negative = cursor != end && *cursor == '-';
+    if (cursor != end && (*cursor == '-' || *cursor == '+')) {
+        ++cursor;
+    }
+    std::uint64_t mantissa = 0;
+    int significantDigits = 0;
+    std::size_t decimals = 0;
+    bool point = false;
+    bool anyDigit = false;
+    for (; cursor != end && significantDigits <= 15; ++cursor) {
+        if (isDigit(*cursor)) {
+            anyDigit = true;
+            decimals += point ? 1 : 0;
+            if (mantissa != 0 || *cursor != '0') {
+                mantissa = mantissa * 10 + static_cast<std::uint64_t>(*cursor - '0');
+                ++significantDigits;
+            }
+        } else if (*cursor == '.' && !point) {
+            point = true;
+        } else {
+            break;
+        }
+    }
+    if (cursor == end && anyDigit && significantDigits <= 15 && decimals < powersOfTen.size()) {
+        const double magnitude = static_cast<double>(mantissa) / powersOfTen[decimals];
+        value = negative ? -magnitude : magnitude;
+        return true;
+    }
+    // from_chars takes no leading '+'.
+    const std::string_view number = text.starts_with('+') ? text.substr(1) : text;
+    double result = 0.0;
+    const auto [stop, error] = std::from_chars(number.data(), number.data() + number.size(), result);
+    if (error != std::errc{} || stop != number.data() + number.size() || !std::isfinite(result)) {
+        return false;
+    }
+    value = result;
+    return true;
+}
+
+/// Decimal digits only, no sign.
+bool parseUnsigned(std::string_view text, std::uint64_t& value)
+{
+    const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    return error == std::errc{} && stop == text.data() + text.size() && !text.empty();
+}
+
+/// Seconds written as digits with an optional fraction ("518400.000", "05.5"), as whole
+/// seconds and the fraction's value, so that the time adds up without rounding twice.
+bool parseSeconds(std::string_view text, std::int64_t& whole, double& fraction)
+{
+    const std::size_t point = text.find('.');
+    const std::string_view decimals = point == std::string_view::npos ? std::string_view{} : text.substr(point);
+    std::uint64_t seconds = 0;
+    if (!parseUnsigned(text.substr(0, point), seconds) || seconds > 1'000'000'000'000ULL
+        || !std::all_of(decimals.begin() + (decimals.empty() ? 0 : 1), decimals.end(), isDigit)) {
+        return false;
+    }
+    whole = static_cast<std::int64_t>(seconds);
+    fraction = 0.0;
+    return decimals.size() <= 1 || parseNumber(decimals, fraction);
+}
+
+/// `text` as numbers separated by `separator`: "2023/01/08", "10:00:00.000" (the last part
+/// is left as text for parseSeconds).
+template <std::size_t N>
+bool splitAt(std::string_view text, char separator, std::array<std::string_view, N>& parts)
+{
+    for (std::size_t i = 0; i + 1 < N; ++i) {
+        const std::size_t at = text.find(separator);
+        if (at == std::string_view::npos) {
+            return false;
+        }
+        parts[i] = text.substr(0, at);
+        text.remove_prefix(at + 1);
+    }
+    parts[N - 1] = text;
+    return text.find(separator) == std::string_view::npos;
+}
+
+double degreesToRadians(double degrees) { return Maths::Radian(Maths::Degree(degrees)); }
+
+/// Reads a position file line by line into columns.
+class Parser {
+public:
+    Parser(const std::filesystem::path& path, std::uintmax_t fileSize)
+        : fileSize(fileSize)
+    {
+        result.description.path = path;
+    }
+
+    /// One line of the file, without its '\n'.
+    void line(std::string_view text)
+    {
+        ++lineNumber;
+        if (!text.empty() && text.back() == '\r') {
+            text.remove_suffix(1);
+        }
+        if (text.starts_with('%')) {
+            // Comment lines between solutions say nothing about the columns.
+            if (!dataStarted) {
+                headerLine(trim(text.substr(1)));
+            }
+            return;
+        }
+        if (trim(text).empty()) {
+            return;
+        }
+        dataLine(text);
+    }
+
+    RtklibPosSolutions finish()
+    {
+        if (result.times.empty()) {
+            throw FileFormatError(result.description.path, "no solution: the file holds no data line");
+        }
+        result.description.rowCount = result.times.size();
+        return std::move(result);
+    }
+
+private:
+    [[noreturn]] void fail(const std::string& problem) const
+    {
+        throw FileFormatError(result.description.path, "line " + std::to_string(lineNumber) + ": " + problem);
+    }
+
+    GnssFileDescription& description() { return result.description; }
+    std::vector<double>& column(GnssColumn which) { return result.columns[columnIndex(which)]; }
+
+    // ---- Header ------------------------------------------------------------------------
+
+    void headerLine(std::string_view content)
+    {
+        if (content.starts_with('(')) {
+            // "(lat/lon/height=WGS84/ellipsoidal,Q=1:fix,..." or ".../geodetic,..."
+            if (content.find("/geodetic") != std::string_view::npos) {
+                description().ellipsoidalHeight = false;
+            }
+            return;
+        }
+        const std::string_view firstWord = content.substr(0, std::min(content.find_first_of(" \t"), content.size()));
+        if (firstWord == "GPST" || firstWord == "UTC" || firstWord == "JST") {
+            columnNamesLine(content);
+            return;
+        }
+        const std::size_t colon = content.find(':');
+        if (colon == std::string_view::npos) {
+            return;
+        }
+        const std::string_view key = trim(content.substr(0, colon));
+        const std::string_view value = trim(content.substr(colon + 1));
+        if (key == "program") {
+            description().program = std::string(value);
+        } else if (key == "ref pos") {
+            referenceLine(value);
+        }
+    }
+
+    /// "ref pos" holds latitude, longitude [deg] and height, or ECEF x, y, z [m] in files of
+    /// ECEF form. Only ECEF metres lie thousands of kilometres from the origin, which tells the
+    /// two apart whatever the file's form. RTKLIB writes the longitude with a fixed width, so a
+    /// negative one can touch the latitude ("40.086179918-105.206044414"): the numbers are read
+    /// as stream extraction reads them, a sign starting a new number.
+    void referenceLine(std::string_view value)
+    {
+        const std::string text(value);
+        GNSS::StreamNumberScanner scanner(text);
+        double first = 0.0;
+        double second = 0.0;
+        double third = 0.0;
+        if (!scanner.read(first, second, third)) {
+            fail("the ref pos line '" + text + "' does not hold three numbers");
+        }
+        if (std::hypot(first, second, third) > 1.0e5) {
+            description().referencePosition = CoordinateSystem::ecef2llh(ECEF(first, second, third));
+        } else {
+            description().referencePosition =
+                LatLonHeight(Maths::Radian(Maths::Degree(first)), Maths::Radian(Maths::Degree(second)), third);
+        }
+    }
+
+    /// "%  GPST  latitude(deg) longitude(deg)  height(m)   Q  ns   sdn(m) ...": the time
+    /// system, the position and velocity forms, and so the number of fields of a data line.
+    void columnNamesLine(std::string_view content)
+    {
+        GnssFileDescription& file = description();
+        file.columnNames = splitWords(content);
+        const std::string& time = file.columnNames.front();
+        file.timeSystem = time == "GPST" ? GnssTimeSystem::gpst : time == "UTC" ? GnssTimeSystem::utc : GnssTimeSystem::jst;
+        const std::string position = file.columnNames.size() > 1 ? file.columnNames[1] : std::string();
+        if (position == "latitude(deg)") {
+            file.positionForm = GnssPositionForm::geodeticDegrees;
+        } else if (position == "latitude(d'\")") {
+            file.positionForm = GnssPositionForm::geodeticDms;
+        } else if (position == "x-ecef(m)") {
+            file.positionForm = GnssPositionForm::ecef;
+        } else if (position == "e-baseline(m)") {
+            file.positionForm = GnssPositionForm::enuBaseline;
+        } else {
+            fail("unknown position column '" + position + "' in the column-name line");
+        }
+        const auto& names = file.columnNames;
+        file.velocityForm = std::ranges::find(names, "vn(m/s)") != names.end()   ? GnssVelocityForm::northEastUp
+                          : std::ranges::find(names, "vx(m/s)") != names.end() ? GnssVelocityForm::ecef
+                                                                                 : GnssVelocityForm::none;
+
+        // Fields per named column: the time and each d-m-s angle take several.
+        const std::size_t angleFields = file.positionForm == GnssPositionForm::geodeticDms ? 3 : 1;
+        std::vector<std::size_t> widths{2, angleFields, angleFields, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1};
+        if (file.velocityForm != GnssVelocityForm::none) {
+            widths.insert(widths.end(), 9, 1);
+        }
+        fieldColumn.clear();
+        for (std::size_t name = 0; name < widths.size(); ++name) {
+            fieldColumn.insert(fieldColumn.end(), widths[name], name);
+        }
+        haveColumnNames = true;
+    }
+
+    /// "field 3 (latitude(deg))", or "field 3" when the header line names fewer columns.
+    std::string fieldLabel(std::size_t field) const
+    {
+        const auto& names = result.description.columnNames;
+        std::string label = "field " + std::to_string(field + 1);
+        if (field < fieldColumn.size() && fieldColumn[field] < names.size()) {
+            label += " (" + names[fieldColumn[field]] + ")";
+        }
+        return label;
+    }
+
+    [[noreturn]] void failField(std::size_t field, const std::string& expected) const
+    {
+        fail(fieldLabel(field) + " '" + std::string(fields[field]) + "' is not " + expected);
+    }
+
+    // ---- Data --------------------------------------------------------------------------
+
+    /// Settles what the first data line shows: the time form, the columns to fill and, for
+    /// ENU baselines, the rotation from the reference position's frame.
+    void startData()
+    {
+        dataStarted = true;
+        GnssFileDescription& file = description();
+        file.timeForm = fields[0].find('/') != std::string_view::npos ? GnssTimeForm::calendar : GnssTimeForm::weekSeconds;
+
+        const bool geodetic = file.positionForm != GnssPositionForm::enuBaseline || file.referencePosition;
+        if (file.positionForm == GnssPositionForm::enuBaseline && file.referencePosition) {
+            referenceEcef = CoordinateSystem::llh2ecef(*file.referencePosition);
+            nedToEcef = CoordinateSystem::ned2ecefTransformMatrix(*file.referencePosition);
+        }
+        const bool ecefPosition = file.positionForm == GnssPositionForm::ecef;
+        const bool enu = file.positionForm == GnssPositionForm::enuBaseline;
+        const bool velocity = file.velocityForm != GnssVelocityForm::none;
+        const bool ecefVelocity = file.velocityForm == GnssVelocityForm::ecef;
+        const auto use = [this](GnssColumn from, GnssColumn to, bool wanted) {
+            for (auto c = columnIndex(from); wanted && c <= columnIndex(to); ++c) {
+                activeColumns.push_back(c);
+            }
+        };
+        use(GnssColumn::latitude, GnssColumn::height, geodetic);
+        use(GnssColumn::ecefX, GnssColumn::ecefZ, ecefPosition);
+        use(GnssColumn::east, GnssColumn::up, enu);
+        use(GnssColumn::sdn, GnssColumn::sdun, !ecefPosition);
+        use(GnssColumn::sdx, GnssColumn::sdzx, ecefPosition);
+        use(GnssColumn::age, GnssColumn::ratio, true);
+        use(GnssColumn::velocityNorth, GnssColumn::velocityDown, velocity);
+        use(GnssColumn::velocityX, GnssColumn::velocityZ, ecefVelocity);
+        use(GnssColumn::sdvn, GnssColumn::sdvun, velocity && !ecefVelocity);
+        use(GnssColumn::sdvx, GnssColumn::sdvzx, ecefVelocity);
+
+        // Lines of one file are about equally long: the file size tells the row count.
+        const std::size_t rows = fileSize / std::max<std::size_t>(currentLineLength, 1) + 1;
+        result.times.reserve(rows);
+        result.qualities.reserve(rows);
+        result.satellites.reserve(rows);
+        for (const std::size_t c : activeColumns) {
+            result.columns[c].reserve(rows);
+        }
+    }
+
+    double number(std::size_t field) const
+    {
+        double value = 0.0;
+        if (!parseNumber(fields[field], value)) {
+            failField(field, "a number");
+        }
+        return value;
+    }
+
+    std::uint64_t count(std::size_t field, std::uint64_t maximum, const std::string& expected) const
+    {
+        std::uint64_t value = 0;
+        if (!parseUnsigned(fields[field], value) || value > maximum) {
+            failField(field, expected);
+        }
+        return value;
+    }
+
+    /// Degrees, minutes and seconds in three fields to radians. The sign is the degree
+    /// field's, "-0" included, so that "-0 30 00.0" is -0.5 deg.
+    double dmsAngle(std::size_t field) const
+    {
+        const double degrees = number(field);
+        const double magnitude = std::fabs(degrees) + number(field + 1) / 60.0 + number(field + 2) / 3600.0;
+        return degreesToRadians(std::signbit(degrees) ? -magnitude : magnitude);
+    }
+
+    /// The time of the line as GPS seconds since the GPS epoch: whole seconds in integers
+    /// (calendar, time system and leap seconds are exact), the fraction added last.
+    double lineTime() const
+    {
+        std::int64_t seconds = 0;
+        double fraction = 0.0;
+        std::int64_t whole = 0;
+        if (result.description.timeForm == GnssTimeForm::weekSeconds) {
+            const auto week = static_cast<std::int64_t>(count(0, 100000, "a GPS week"));
+            if (!parseSeconds(fields[1], whole, fraction)) {
+                failField(1, "seconds of the week");
+            }
+            seconds = week * SECONDS_PER_WEEK + whole;
+        } else {
+            std::array<std::string_view, 3> date;
+            std::array<std::string_view, 3> clock;
+            std::uint64_t year = 0;
+            std::uint64_t month = 0;
+            std::uint64_t day = 0;
+            std::uint64_t hour = 0;
+            std::uint64_t minute = 0;
+            if (!splitAt(fields[0], '/', date) || !parseUnsigned(date[0], year) || !parseUnsigned(date[1], month)
+                || !parseUnsigned(date[2], day) || year > 9999 || month < 1 || month > 12 || day < 1 || day > 31) {
+                failField(0, "a date yyyy/mm/dd");
+            }
+            if (!splitAt(fields[1], ':', clock) || !parseUnsigned(clock[0], hour) || !parseUnsigned(clock[1], minute)
+                || !parseSeconds(clock[2], whole, fraction) || hour > 23 || minute > 59 || whole > 60) {
+                failField(1, "a time of day hh:mm:ss");
+            }
+            seconds = daysSinceGpsEpoch(static_cast<std::int64_t>(year), static_cast<unsigned>(month),
+                                        static_cast<unsigned>(day))
+                        * SECONDS_PER_DAY
+                    + static_cast<std::int64_t>(hour * 3600 + minute * 60) + whole;
+        }
+        switch (result.description.timeSystem) {
+        case GnssTimeSystem::jst:
+            seconds -= JST_AHEAD_OF_UTC;
+            [[fallthrough]];
+        case GnssTimeSystem::utc:
+            seconds += gpsMinusUtc(seconds);
+            break;
+        case GnssTimeSystem::gpst:
+            break;
+        }
+        return static_cast<double>(seconds) + fraction;
+    }
+
+    void dataLine(std::string_view text)
+    {
+        if (!haveColumnNames) {
+            fail("data line before the column-name header line: its time system and position form are unknown");
+        }
+        const std::size_t fieldCount = splitFields(text, fields);
+        if (fieldCount != fieldColumn.size()) {
+            fail("expected " + std::to_string(fieldColumn.size()) + " fields, found " + std::to_string(fieldCount));
+        }
+        currentLineLength = text.size() + 1;
+        if (!dataStarted) {
+            startData();
+        }
+
+        const double time = lineTime();
+        if (!result.times.empty() && !(time > result.times.back())) {
+            fail("time " + std::string(fields[0]) + " " + std::string(fields[1]) + " is not after the time of line "
+                 + std::to_string(previousDataLine));
+        }
+        previousDataLine = lineNumber;
+
+        const GnssFileDescription& file = result.description;
+        std::size_t field = 2;
+        std::optional<LatLonHeight> geodetic;
+        switch (file.positionForm) {
+        case GnssPositionForm::geodeticDegrees:
+            geodetic = LatLonHeight(Maths::Radian(degreesToRadians(number(2))),
+                                    Maths::Radian(degreesToRadians(number(3))), number(4));
+            field = 5;
+            break;
+        case GnssPositionForm::geodeticDms:
+            geodetic = LatLonHeight(Maths::Radian(dmsAngle(2)), Maths::Radian(dmsAngle(5)), number(8));
+            field = 9;
+            break;
+        case GnssPositionForm::ecef: {
+            const ECEF position(number(2), number(3), number(4));
+            column(GnssColumn::ecefX).push_back(position.x);
+            column(GnssColumn::ecefY).push_back(position.y);
+            column(GnssColumn::ecefZ).push_back(position.z);
+            geodetic = CoordinateSystem::ecef2llh(position);
+            field = 5;
+            break;
+        }
+        case GnssPositionForm::enuBaseline: {
+            const double east = number(2);
+            const double north = number(3);
+            const double up = number(4);
+            column(GnssColumn::east).push_back(east);
+            column(GnssColumn::north).push_back(north);
+            column(GnssColumn::up).push_back(up);
+            if (referenceEcef) {
+                geodetic = CoordinateSystem::ecef2llh(*referenceEcef
+                                                      + nedToEcef * Maths::PositionVector3(north, east, -up));
+            }
+            field = 5;
+            break;
+        }
+        }
+        if (geodetic) {
+            column(GnssColumn::latitude).push_back(geodetic->latitude);
+            column(GnssColumn::longitude).push_back(geodetic->longitude);
+            column(GnssColumn::height).push_back(geodetic->height);
+        }
+
+        const auto quality = static_cast<std::uint8_t>(count(field, 255, "a Q from 0 to 255"));
+        const auto satellites = static_cast<std::uint16_t>(count(field + 1, 65535, "a satellite count"));
+        field += 2;
+
+        std::array<double, 6> deviations{};
+        for (std::size_t i = 0; i < deviations.size(); ++i) {
+            deviations[i] = number(field + i);
+        }
+        field += 6;
+        if (file.positionForm == GnssPositionForm::enuBaseline) {
+            // sde sdn sdu sden sdnu sdue into the order sdn sde sdu sdne sdeu sdun.
+            deviations = {deviations[1], deviations[0], deviations[2], deviations[3], deviations[5], deviations[4]};
+        }
+        const GnssColumn firstDeviation = file.positionForm == GnssPositionForm::ecef ? GnssColumn::sdx : GnssColumn::sdn;
+        for (std::size_t i = 0; i < deviations.size(); ++i) {
+            result.columns[columnIndex(firstDeviation) + i].push_back(deviations[i]);
+        }
+        column(GnssColumn::age).push_back(number(field));
+        column(GnssColumn::ratio).push_back(number(field + 1));
+        field += 2;
+
+        if (file.velocityForm != GnssVelocityForm::none) {
+            velocityColumns(field, geodetic);
+        }
+        result.times.push_back(time);
+        result.qualities.push_back(quality);
+        result.satellites.push_back(satellites);
+    }
+
+    /// vn ve vu into north/east/down; vx vy vz kept and rotated to north/east/down at the
+    /// solution's position; the nine columns' standard deviations as written.
+    void velocityColumns(std::size_t field, const std::optional<LatLonHeight>& position)
+    {
+        const Maths::PositionVector3 velocity(number(field), number(field + 1), number(field + 2));
+        Maths::PositionVector3 ned(velocity.x, velocity.y, -velocity.z);
+        GnssColumn firstDeviation = GnssColumn::sdvn;
+        if (result.description.velocityForm == GnssVelocityForm::ecef) {
+            column(GnssColumn::velocityX).push_back(velocity.x);
+            column(GnssColumn::velocityY).push_back(velocity.y);
+            column(GnssColumn::velocityZ).push_back(velocity.z);
+            constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+            ned = position ? CoordinateSystem::ecef2nedTransformMatrix(*position) * velocity
+                           : Maths::PositionVector3(nan, nan, nan);
+            firstDeviation = GnssColumn::sdvx;
+        }
+        column(GnssColumn::velocityNorth).push_back(ned.x);
+        column(GnssColumn::velocityEast).push_back(ned.y);
+        column(GnssColumn::velocityDown).push_back(ned.z);
+        for (std::size_t i = 0; i < 6; ++i) {
+            result.columns[columnIndex(firstDeviation) + i].push_back(number(field + 3 + i));
+        }
+    }
+
+    std::uintmax_t fileSize;
+    RtklibPosSolutions result;
+    std::size_t lineNumber = 0;
+    bool haveColumnNames = false;
+    bool dataStarted = false;
+    /// For each field of a data line, the index of its name in the column-name line.
+    std::vector<std::size_t> fieldColumn;
+    std::vector<std::size_t> activeColumns;
+    std::optional<ECEF> referenceEcef;
+    Maths::Matrix3 nedToEcef;
+    /// The fields of the line being read.
+    std::array<std::string_view, MAX_FIELDS> fields;
+    std::size_t currentLineLength = 0;
+    std::size_t previousDataLine = 0;
+};
+
+} // namespace
+
+RtklibPosSolutions readRtklibPos(const std::filesystem::path& path)
+{
+    errno = 0;
+    std::ifstream file(path, std::ios::binary);
+    const int openError = errno;
+    std::error_code sizeError;
+    if (!file.is_open() || std::filesystem::is_directory(path, sizeError)) {
+        throw Trajectory::openFailure(!file.is_open() ? (openError != 0 ? openError : ENOENT) : EISDIR, path);
+    }
+    const std::uintmax_t size = std::filesystem::file_size(path, sizeError);
+    Parser parser(path, sizeError ? 0 : size);
+
+    // Blocks of the file; a line cut at a block's end is moved to the front and completed
+    // by the next read.
+    std::vector<char> buffer(std::size_t{1} << 20);
+    std::size_t filled = 0;
+    while (true) {
+        if (filled == buffer.size()) {
+            buffer.resize(buffer.size() * 2);
+        }
+        file.read(buffer.data() + filled, static_cast<std::streamsize>(buffer.size() - filled));
+        const auto got = static_cast<std::size_t>(file.gcount());
+        if (file.bad()) {
+            throw Trajectory::openFailure(EIO, path);
+        }
+        filled += got;
+        std::size_t start = 0;
+        while (const void* newline = std::memchr(buffer.data() + start, '\n', filled - start)) {
+            const auto end = static_cast<std::size_t>(static_cast<const char*>(newline) - buffer.data());
+            parser.line(std::string_view(buffer.data() + start, end - start));
+            start = end + 1;
+        }
+        if (got == 0) {
+            if (start < filled) {
+                parser.line(std::string_view(buffer.data() + start, filled - start));
+            }
+            break;
+        }
+        std::memmove(buffer.data(), buffer.data() + start, filled - start);
+        filled -= start;
+    }
+    return parser.finish();
+}
+
+} // namespace Kelvo::Geodesy::Batch
