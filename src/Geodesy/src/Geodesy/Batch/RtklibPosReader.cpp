@@ -87,43 +87,52 @@ std::vector<std::string> splitWords(std::string_view text)
     return result;
 }
 
-/// A decimal number, the whole text and nothing else, finite. Plain decimals of up to 15
-/// significant digits and 22 decimals, which is everything RTKLIB writes, take the exact
-/// fast path: an integer divided by a power of ten, both exact doubles, so the quotient is
-/// correctly rounded and equals what from_chars gives. Anything else goes to from_chars.
-bool parseNumber(std::string_view text, double& value)
+/// Reads a plain decimal ("-12.345", "7", ".5") at `cursor` up to the first blank or the
+/// end, and moves `cursor` there. Succeeds only when its digits make an integer below 2^53
+/// and it has at most 22 decimals, which is everything RTKLIB writes: that integer divided by
+/// a power of ten, both exact doubles, is correctly rounded, the very value from_chars gives.
+/// Otherwise (exponents, long digit strings, text) it fails and leaves `cursor` alone.
+bool parsePlainDecimal(const char*& cursor, const char* end, double& value)
 {
     static constexpr std::array<double, 23> powersOfTen{1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                                         1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                                         1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-    const char* cursor = text.data();
-    const char* const end = cursor + text.size();
-    const bool negative = cursor != end && *cursor == '-';
-    if (cursor != end && (*cursor == '-' || *cursor == '+')) {
-        ++cursor;
-    }
+    constexpr std::uint64_t exactIntegers = std::uint64_t{1} << 53;
+    const char* at = cursor;
+    const bool negative = at != end && *at == '-';
+    at += at != end && (*at == '-' || *at == '+') ? 1 : 0;
     std::uint64_t mantissa = 0;
-    int significantDigits = 0;
-    std::size_t decimals = 0;
-    bool point = false;
-    bool anyDigit = false;
-    for (; cursor != end && significantDigits <= 15; ++cursor) {
-        if (isDigit(*cursor)) {
-            anyDigit = true;
-            decimals += point ? 1 : 0;
-            if (mantissa != 0 || *cursor != '0') {
-                mantissa = mantissa * 10 + static_cast<std::uint64_t>(*cursor - '0');
-                ++significantDigits;
-            }
-        } else if (*cursor == '.' && !point) {
-            point = true;
-        } else {
-            break;
-        }
+    const char* const integerStart = at;
+    for (; at != end && isDigit(*at); ++at) {
+        mantissa = mantissa * 10 + static_cast<std::uint64_t>(*at - '0');
     }
-    if (cursor == end && anyDigit && significantDigits <= 15 && decimals < powersOfTen.size()) {
-        const double magnitude = static_cast<double>(mantissa) / powersOfTen[decimals];
-        value = negative ? -magnitude : magnitude;
+    std::size_t digits = static_cast<std::size_t>(at - integerStart);
+    std::size_t decimals = 0;
+    if (at != end && *at == '.') {
+        const char* const fractionStart = ++at;
+        for (; at != end && isDigit(*at); ++at) {
+            mantissa = mantissa * 10 + static_cast<std::uint64_t>(*at - '0');
+        }
+        decimals = static_cast<std::size_t>(at - fractionStart);
+        digits += decimals;
+    }
+    // Up to 19 digits the mantissa cannot have wrapped around.
+    if ((at != end && !isBlank(*at)) || digits == 0 || digits > 19 || mantissa > exactIntegers
+        || decimals >= powersOfTen.size()) {
+        return false;
+    }
+    const double magnitude = static_cast<double>(mantissa) / powersOfTen[decimals];
+    value = negative ? -magnitude : magnitude;
+    cursor = at;
+    return true;
+}
+
+/// A decimal number, the whole text and nothing else, finite: the plain decimals of
+/// parsePlainDecimal, anything else through from_chars.
+bool parseNumber(std::string_view text, double& value)
+{
+    const char* cursor = text.data();
+    if (parsePlainDecimal(cursor, text.data() + text.size(), value) && cursor == text.data() + text.size()) {
         return true;
     }
     // from_chars takes no leading '+'.
@@ -327,9 +336,22 @@ private:
         return label;
     }
 
-    [[noreturn]] void failField(std::size_t field, const std::string& expected) const
+    [[noreturn]] void failFieldCount() const
     {
-        fail(fieldLabel(field) + " '" + std::string(fields[field]) + "' is not " + expected);
+        std::array<std::string_view, MAX_FIELDS> fields;
+        fail("expected " + std::to_string(fieldColumn.size()) + " fields, found "
+             + std::to_string(splitFields(dataText, fields)));
+    }
+
+    /// The field just read is not what its column holds. A line of the wrong length says so
+    /// first: its fields are not where their names are.
+    [[noreturn]] void failField(const std::string& expected) const
+    {
+        std::array<std::string_view, MAX_FIELDS> fields;
+        if (splitFields(dataText, fields) != fieldColumn.size()) {
+            failFieldCount();
+        }
+        fail(fieldLabel(fieldIndex - 1) + " '" + std::string(fields[fieldIndex - 1]) + "' is not " + expected);
     }
 
     // ---- Data --------------------------------------------------------------------------
@@ -340,7 +362,9 @@ private:
     {
         dataStarted = true;
         GnssFileDescription& file = description();
-        file.timeForm = fields[0].find('/') != std::string_view::npos ? GnssTimeForm::calendar : GnssTimeForm::weekSeconds;
+        const std::string_view trimmed = trim(dataText);
+        const std::string_view firstField = trimmed.substr(0, std::min(trimmed.find_first_of(" \t"), trimmed.size()));
+        file.timeForm = firstField.find('/') != std::string_view::npos ? GnssTimeForm::calendar : GnssTimeForm::weekSeconds;
 
         const bool geodetic = file.positionForm != GnssPositionForm::enuBaseline || file.referencePosition;
         if (file.positionForm == GnssPositionForm::enuBaseline && file.referencePosition) {
@@ -368,7 +392,7 @@ private:
         use(GnssColumn::sdvx, GnssColumn::sdvzx, ecefVelocity);
 
         // Lines of one file are about equally long: the file size tells the row count.
-        const std::size_t rows = fileSize / std::max<std::size_t>(currentLineLength, 1) + 1;
+        const std::size_t rows = fileSize / (dataText.size() + 1) + 1;
         result.times.reserve(rows);
         result.qualities.reserve(rows);
         result.satellites.reserve(rows);
@@ -377,44 +401,75 @@ private:
         }
     }
 
-    double number(std::size_t field) const
+    // The fields of a data line are read in order, each number parsed where it stands.
+
+    /// Skips the blanks before the next field; a line that ends first is too short.
+    void nextField()
     {
+        while (cursor != lineEnd && isBlank(*cursor)) {
+            ++cursor;
+        }
+        if (cursor == lineEnd) {
+            failFieldCount();
+        }
+        ++fieldIndex;
+    }
+
+    std::string_view text()
+    {
+        nextField();
+        const char* const start = cursor;
+        while (cursor != lineEnd && !isBlank(*cursor)) {
+            ++cursor;
+        }
+        return {start, static_cast<std::size_t>(cursor - start)};
+    }
+
+    double number()
+    {
+        nextField();
         double value = 0.0;
-        if (!parseNumber(fields[field], value)) {
-            failField(field, "a number");
+        if (parsePlainDecimal(cursor, lineEnd, value)) {
+            return value;
+        }
+        --fieldIndex;
+        if (!parseNumber(text(), value)) {
+            failField("a number");
         }
         return value;
     }
 
-    std::uint64_t count(std::size_t field, std::uint64_t maximum, const std::string& expected) const
+    std::uint64_t count(std::uint64_t maximum, const std::string& expected)
     {
         std::uint64_t value = 0;
-        if (!parseUnsigned(fields[field], value) || value > maximum) {
-            failField(field, expected);
+        if (!parseUnsigned(text(), value) || value > maximum) {
+            failField(expected);
         }
         return value;
     }
 
     /// Degrees, minutes and seconds in three fields to radians. The sign is the degree
     /// field's, "-0" included, so that "-0 30 00.0" is -0.5 deg.
-    double dmsAngle(std::size_t field) const
+    double dmsAngle()
     {
-        const double degrees = number(field);
-        const double magnitude = std::fabs(degrees) + number(field + 1) / 60.0 + number(field + 2) / 3600.0;
+        const double degrees = number();
+        const double minutes = number();
+        const double seconds = number();
+        const double magnitude = std::fabs(degrees) + minutes / 60.0 + seconds / 3600.0;
         return degreesToRadians(std::signbit(degrees) ? -magnitude : magnitude);
     }
 
     /// The time of the line as GPS seconds since the GPS epoch: whole seconds in integers
     /// (calendar, time system and leap seconds are exact), the fraction added last.
-    double lineTime() const
+    double lineTime()
     {
         std::int64_t seconds = 0;
         double fraction = 0.0;
         std::int64_t whole = 0;
         if (result.description.timeForm == GnssTimeForm::weekSeconds) {
-            const auto week = static_cast<std::int64_t>(count(0, 100000, "a GPS week"));
-            if (!parseSeconds(fields[1], whole, fraction)) {
-                failField(1, "seconds of the week");
+            const auto week = static_cast<std::int64_t>(count(100000, "a GPS week"));
+            if (!parseSeconds(text(), whole, fraction)) {
+                failField("seconds of the week");
             }
             seconds = week * SECONDS_PER_WEEK + whole;
         } else {
@@ -425,13 +480,13 @@ private:
             std::uint64_t day = 0;
             std::uint64_t hour = 0;
             std::uint64_t minute = 0;
-            if (!splitAt(fields[0], '/', date) || !parseUnsigned(date[0], year) || !parseUnsigned(date[1], month)
+            if (!splitAt(text(), '/', date) || !parseUnsigned(date[0], year) || !parseUnsigned(date[1], month)
                 || !parseUnsigned(date[2], day) || year > 9999 || month < 1 || month > 12 || day < 1 || day > 31) {
-                failField(0, "a date yyyy/mm/dd");
+                failField("a date yyyy/mm/dd");
             }
-            if (!splitAt(fields[1], ':', clock) || !parseUnsigned(clock[0], hour) || !parseUnsigned(clock[1], minute)
+            if (!splitAt(text(), ':', clock) || !parseUnsigned(clock[0], hour) || !parseUnsigned(clock[1], minute)
                 || !parseSeconds(clock[2], whole, fraction) || hour > 23 || minute > 59 || whole > 60) {
-                failField(1, "a time of day hh:mm:ss");
+                failField("a time of day hh:mm:ss");
             }
             seconds = daysSinceGpsEpoch(static_cast<std::int64_t>(year), static_cast<unsigned>(month),
                                         static_cast<unsigned>(day))
@@ -451,61 +506,52 @@ private:
         return static_cast<double>(seconds) + fraction;
     }
 
-    void dataLine(std::string_view text)
+    void dataLine(std::string_view content)
     {
         if (!haveColumnNames) {
             fail("data line before the column-name header line: its time system and position form are unknown");
         }
-        const std::size_t fieldCount = splitFields(text, fields);
-        if (fieldCount != fieldColumn.size()) {
-            fail("expected " + std::to_string(fieldColumn.size()) + " fields, found " + std::to_string(fieldCount));
-        }
-        currentLineLength = text.size() + 1;
+        dataText = content;
+        cursor = content.data();
+        lineEnd = content.data() + content.size();
+        fieldIndex = 0;
         if (!dataStarted) {
             startData();
         }
 
         const double time = lineTime();
-        if (!result.times.empty() && !(time > result.times.back())) {
-            fail("time " + std::string(fields[0]) + " " + std::string(fields[1]) + " is not after the time of line "
-                 + std::to_string(previousDataLine));
-        }
-        previousDataLine = lineNumber;
-
+        const std::string_view timeText(content.data(), static_cast<std::size_t>(cursor - content.data()));
         const GnssFileDescription& file = result.description;
-        std::size_t field = 2;
         std::optional<LatLonHeight> geodetic;
         switch (file.positionForm) {
-        case GnssPositionForm::geodeticDegrees:
-            geodetic = LatLonHeight(Maths::Radian(degreesToRadians(number(2))),
-                                    Maths::Radian(degreesToRadians(number(3))), number(4));
-            field = 5;
-            break;
-        case GnssPositionForm::geodeticDms:
-            geodetic = LatLonHeight(Maths::Radian(dmsAngle(2)), Maths::Radian(dmsAngle(5)), number(8));
-            field = 9;
-            break;
-        case GnssPositionForm::ecef: {
-            const ECEF position(number(2), number(3), number(4));
-            column(GnssColumn::ecefX).push_back(position.x);
-            column(GnssColumn::ecefY).push_back(position.y);
-            column(GnssColumn::ecefZ).push_back(position.z);
-            geodetic = CoordinateSystem::ecef2llh(position);
-            field = 5;
+        case GnssPositionForm::geodeticDegrees: {
+            const double latitude = degreesToRadians(number());
+            const double longitude = degreesToRadians(number());
+            geodetic = LatLonHeight(Maths::Radian(latitude), Maths::Radian(longitude), number());
             break;
         }
+        case GnssPositionForm::geodeticDms: {
+            const double latitude = dmsAngle();
+            const double longitude = dmsAngle();
+            geodetic = LatLonHeight(Maths::Radian(latitude), Maths::Radian(longitude), number());
+            break;
+        }
+        case GnssPositionForm::ecef:
         case GnssPositionForm::enuBaseline: {
-            const double east = number(2);
-            const double north = number(3);
-            const double up = number(4);
-            column(GnssColumn::east).push_back(east);
-            column(GnssColumn::north).push_back(north);
-            column(GnssColumn::up).push_back(up);
-            if (referenceEcef) {
-                geodetic = CoordinateSystem::ecef2llh(*referenceEcef
-                                                      + nedToEcef * Maths::PositionVector3(north, east, -up));
+            const double first = number();
+            const double second = number();
+            const Maths::PositionVector3 position(first, second, number());
+            const GnssColumn firstColumn = file.positionForm == GnssPositionForm::ecef ? GnssColumn::ecefX : GnssColumn::east;
+            for (std::size_t i = 0; i < 3; ++i) {
+                result.columns[columnIndex(firstColumn) + i].push_back(i == 0 ? position.x : i == 1 ? position.y : position.z);
             }
-            field = 5;
+            if (file.positionForm == GnssPositionForm::ecef) {
+                geodetic = CoordinateSystem::ecef2llh(ECEF(position.x, position.y, position.z));
+            } else if (referenceEcef) {
+                // e, n, u as north, east, down in the reference position's frame.
+                geodetic = CoordinateSystem::ecef2llh(
+                    *referenceEcef + nedToEcef * Maths::PositionVector3(position.y, position.x, -position.z));
+            }
             break;
         }
         }
@@ -515,15 +561,12 @@ private:
             column(GnssColumn::height).push_back(geodetic->height);
         }
 
-        const auto quality = static_cast<std::uint8_t>(count(field, 255, "a Q from 0 to 255"));
-        const auto satellites = static_cast<std::uint16_t>(count(field + 1, 65535, "a satellite count"));
-        field += 2;
-
+        const auto quality = static_cast<std::uint8_t>(count(255, "a Q from 0 to 255"));
+        const auto satellites = static_cast<std::uint16_t>(count(65535, "a satellite count"));
         std::array<double, 6> deviations{};
-        for (std::size_t i = 0; i < deviations.size(); ++i) {
-            deviations[i] = number(field + i);
+        for (double& deviation : deviations) {
+            deviation = number();
         }
-        field += 6;
         if (file.positionForm == GnssPositionForm::enuBaseline) {
             // sde sdn sdu sden sdnu sdue into the order sdn sde sdu sdne sdeu sdun.
             deviations = {deviations[1], deviations[0], deviations[2], deviations[3], deviations[5], deviations[4]};
@@ -532,23 +575,35 @@ private:
         for (std::size_t i = 0; i < deviations.size(); ++i) {
             result.columns[columnIndex(firstDeviation) + i].push_back(deviations[i]);
         }
-        column(GnssColumn::age).push_back(number(field));
-        column(GnssColumn::ratio).push_back(number(field + 1));
-        field += 2;
-
+        column(GnssColumn::age).push_back(number());
+        column(GnssColumn::ratio).push_back(number());
         if (file.velocityForm != GnssVelocityForm::none) {
-            velocityColumns(field, geodetic);
+            velocityColumns(geodetic);
         }
+
+        while (cursor != lineEnd && isBlank(*cursor)) {
+            ++cursor;
+        }
+        if (cursor != lineEnd) {
+            failFieldCount();
+        }
+        if (!result.times.empty() && !(time > result.times.back())) {
+            fail("time " + std::string(trim(timeText)) + " is not after the time of line "
+                 + std::to_string(previousDataLine));
+        }
+        previousDataLine = lineNumber;
         result.times.push_back(time);
         result.qualities.push_back(quality);
         result.satellites.push_back(satellites);
     }
 
     /// vn ve vu into north/east/down; vx vy vz kept and rotated to north/east/down at the
-    /// solution's position; the nine columns' standard deviations as written.
-    void velocityColumns(std::size_t field, const std::optional<LatLonHeight>& position)
+    /// solution's position; the six standard-deviation columns as written.
+    void velocityColumns(const std::optional<LatLonHeight>& position)
     {
-        const Maths::PositionVector3 velocity(number(field), number(field + 1), number(field + 2));
+        const double first = number();
+        const double second = number();
+        const Maths::PositionVector3 velocity(first, second, number());
         Maths::PositionVector3 ned(velocity.x, velocity.y, -velocity.z);
         GnssColumn firstDeviation = GnssColumn::sdvn;
         if (result.description.velocityForm == GnssVelocityForm::ecef) {
@@ -564,7 +619,7 @@ private:
         column(GnssColumn::velocityEast).push_back(ned.y);
         column(GnssColumn::velocityDown).push_back(ned.z);
         for (std::size_t i = 0; i < 6; ++i) {
-            result.columns[columnIndex(firstDeviation) + i].push_back(number(field + 3 + i));
+            result.columns[columnIndex(firstDeviation) + i].push_back(number());
         }
     }
 
@@ -578,9 +633,11 @@ private:
     std::vector<std::size_t> activeColumns;
     std::optional<ECEF> referenceEcef;
     Maths::Matrix3 nedToEcef;
-    /// The fields of the line being read.
-    std::array<std::string_view, MAX_FIELDS> fields;
-    std::size_t currentLineLength = 0;
+    /// The data line being read, the next character to read and the fields read so far.
+    std::string_view dataText;
+    const char* cursor = nullptr;
+    const char* lineEnd = nullptr;
+    std::size_t fieldIndex = 0;
     std::size_t previousDataLine = 0;
 };
 
