@@ -78,13 +78,13 @@ std::size_t splitFields(std::string_view line, std::array<std::string_view, MAX_
 
 std::vector<std::string> splitWords(std::string_view text)
 {
-    std::array<std::string_view, MAX_FIELDS> words;
-    std::vector<std::string> result;
-    const std::size_t count = splitFields(text, words);
-    for (std::size_t i = 0; i < std::min(count, MAX_FIELDS); ++i) {
-        result.emplace_back(words[i]);
+    std::vector<std::string> words;
+    for (text = trim(text); !text.empty(); text = trim(text)) {
+        const std::size_t end = std::min(text.find_first_of(" \t"), text.size());
+        words.emplace_back(text.substr(0, end));
+        text.remove_prefix(end);
     }
-    return result;
+    return words;
 }
 
 /// Reads a plain decimal ("-12.345", "7", ".5") at `cursor` up to the first blank or the
@@ -271,19 +271,18 @@ private:
     /// as stream extraction reads them, a sign starting a new number.
     void referenceLine(std::string_view value)
     {
-        const std::string text(value);
-        GNSS::StreamNumberScanner scanner(text);
+        GNSS::StreamNumberScanner scanner(value);
         double first = 0.0;
         double second = 0.0;
         double third = 0.0;
         if (!scanner.read(first, second, third)) {
-            fail("the ref pos line '" + text + "' does not hold three numbers");
+            fail("the ref pos line '" + std::string(value) + "' does not hold three numbers");
         }
         if (std::hypot(first, second, third) > 1.0e5) {
             description().referencePosition = CoordinateSystem::ecef2llh(ECEF(first, second, third));
         } else {
             description().referencePosition =
-                LatLonHeight(Maths::Radian(Maths::Degree(first)), Maths::Radian(Maths::Degree(second)), third);
+                LatLonHeight(Maths::Radian(degreesToRadians(first)), Maths::Radian(degreesToRadians(second)), third);
         }
     }
 
