@@ -30,7 +30,8 @@ constexpr double interval = 0.2; // 5 Hz: 1,000,000 lines are 55.6 hours, all in
 class GeneratedPosFile {
 public:
     GeneratedPosFile()
-        : path(std::filesystem::temp_directory_path() / ("kelvo_bench_gnss_table_" + std::to_string(::getpid()) + ".pos"))
+        : path(std::filesystem::temp_directory_path()
+               / ("kelvo_bench_gnss_table_" + std::to_string(::getpid()) + ".pos"))
     {
         std::ofstream out(path, std::ios::binary);
         out << "% program   : RTKLIB ver.2.4.3\n%\n"

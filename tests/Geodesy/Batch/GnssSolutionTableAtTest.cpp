@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <limits>
@@ -29,7 +30,7 @@ namespace {
 using namespace Testing;
 
 constexpr std::uint32_t WEEK = 2244;
-const TimeSpec weekSpec{TimeScale::gpsWeek, WEEK};
+const TimeSpec weekScale{TimeScale::gpsWeek, WEEK};
 
 /// Every output column of an `at` call, owned.
 struct Answers {
@@ -67,11 +68,11 @@ struct Answers {
     GnssColumns out;
 };
 
-Answers answer(const GnssSolutionTable& table, const std::vector<double>& times, const TimeSpec& spec = weekSpec,
+Answers answer(const GnssSolutionTable& table, const std::vector<double>& times, const TimeSpec& timeScale = weekScale,
                ThreadCount threads = ThreadCount{1})
 {
     Answers answers(times.size());
-    table.at(times, spec, answers.out, threads);
+    table.at(times, timeScale, answers.out, threads);
     return answers;
 }
 
@@ -118,7 +119,8 @@ TEST_F(GnssTableAt, InterpolatesEveryColumnLinearlyWithTheWorseQAndTheFewerSatel
         EXPECT_NEAR(answers[GnssColumn::latitude][i], syntheticField(2, cases[i].seconds) * degrees, 1e-14);
         EXPECT_NEAR(answers[GnssColumn::longitude][i], syntheticField(3, cases[i].seconds) * degrees, 1e-14);
         for (const auto& [column, field] : syntheticColumns) {
-            const double expected = field < 0 ? -syntheticField(-field, cases[i].seconds) : syntheticField(field, cases[i].seconds);
+            const double written = syntheticField(static_cast<std::size_t>(std::abs(field)), cases[i].seconds);
+            const double expected = field < 0 ? -written : written;
             EXPECT_NEAR(answers[column][i], expected, 1e-12) << columnName(column);
         }
         // A geodetic file has no ECEF or baseline columns: NaN, though the time is valid.
@@ -239,11 +241,11 @@ TEST(GnssTableThreads, AnswersAreBitIdenticalForEveryThreadCount)
         t = 108090.0 + (t - 35990.0) / 2.0;
     }
     std::shuffle(times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2), times.end(), std::mt19937_64(3));
-    const TimeSpec spec{TimeScale::gpsWeek, 1481};
-    const Answers one = answer(table, times, spec, ThreadCount{1});
+    const TimeSpec timeScale{TimeScale::gpsWeek, 1481};
+    const Answers one = answer(table, times, timeScale, ThreadCount{1});
     EXPECT_GT(std::ranges::count(one.valid, 1), 0);
     for (const unsigned threads : {2U, 3U, 5U, 0U}) {
-        EXPECT_TRUE(answer(table, times, spec, ThreadCount{threads}) == one) << threads << " threads";
+        EXPECT_TRUE(answer(table, times, timeScale, ThreadCount{threads}) == one) << threads << " threads";
     }
 }
 
@@ -256,7 +258,8 @@ TEST(GnssTableThreads, OneTableServesSeveralThreadsAtOnce)
     {
         std::vector<std::jthread> callers;
         for (auto& result : results) {
-            callers.emplace_back([&] { result = std::make_unique<Answers>(answer(table, times, weekSpec, ThreadCount{2})); });
+            callers.emplace_back(
+                [&] { result = std::make_unique<Answers>(answer(table, times, weekScale, ThreadCount{2})); });
         }
     }
     for (const auto& result : results) {
@@ -276,19 +279,19 @@ TEST_F(GnssTableAt, BadArgumentsAreErrorsThatNameThemAndWriteNothing)
     std::vector<double> two(2);
     std::vector<std::uint8_t> four(4);
     const std::vector<Case> cases{
-        {"times[2] is NaN", [&](Answers& a) { table.at(std::vector{36000.0, 36001.0, nan}, weekSpec, a.out); }},
-        {"times[0] is infinite", [&](Answers& a) { table.at(std::vector{-infinity, 1.0, 2.0}, weekSpec, a.out); }},
+        {"times[2] is NaN", [&](Answers& a) { table.at(std::vector{36000.0, 36001.0, nan}, weekScale, a.out); }},
+        {"times[0] is infinite", [&](Answers& a) { table.at(std::vector{-infinity, 1.0, 2.0}, weekScale, a.out); }},
         {"out.latitude holds 2 values for 3 times",
          [&](Answers& a) {
              a.out[GnssColumn::latitude] = two;
-             table.at(times, weekSpec, a.out);
+             table.at(times, weekScale, a.out);
          }},
         {"out.valid holds 4 values for 3 times",
          [&](Answers& a) {
              a.out.valid = four;
-             table.at(times, weekSpec, a.out);
+             table.at(times, weekScale, a.out);
          }},
-        {"spec.week is missing: TimeScale::gpsWeek needs the GPS week of the times",
+        {"timeScale.week is missing: TimeScale::gpsWeek needs the GPS week of the times",
          [&](Answers& a) { table.at(times, {TimeScale::gpsWeek, {}}, a.out); }},
     };
     for (const Case& c : cases) {
@@ -304,8 +307,8 @@ TEST_F(GnssTableAt, BadArgumentsAreErrorsThatNameThemAndWriteNothing)
     }
 
     // Empty answers for no times; empty output columns are simply not written.
-    EXPECT_NO_THROW(table.at({}, weekSpec, GnssColumns{}));
-    EXPECT_NO_THROW(table.at(times, weekSpec, GnssColumns{}));
+    EXPECT_NO_THROW(table.at({}, weekScale, GnssColumns{}));
+    EXPECT_NO_THROW(table.at(times, weekScale, GnssColumns{}));
 }
 
 TEST_F(GnssTableAt, BadLoadArgumentsAreErrorsThatNameThem)

@@ -153,7 +153,8 @@ Line lineOf(const GnssSolutionTable& table, std::size_t row)
                          value(GnssColumn::longitude) * 180.0 / std::numbers::pi, value(GnssColumn::height)};
         line.firstDeviation = value(GnssColumn::sdn);
     }
-    line.firstVelocity = value(table.velocityForm() == Velocity::ecef ? GnssColumn::velocityX : GnssColumn::velocityNorth);
+    const bool ecefVelocity = table.velocityForm() == Velocity::ecef;
+    line.firstVelocity = value(ecefVelocity ? GnssColumn::velocityX : GnssColumn::velocityNorth);
     return line;
 }
 
@@ -279,7 +280,7 @@ TEST(GnssSolutionTableFiles, EcefFilesAgreeWithTheGeodeticFilesOfTheirRun)
             EXPECT_NEAR(ecef.longitude()[row], geodetic.longitude()[row], 1e-3 / earthRadius);
             EXPECT_NEAR(ecef.height()[row], geodetic.height()[row], 1e-3);
             // ECEF velocities rotated to north/east/down; both written to 1e-5 m/s.
-            for (const GnssColumn column : {GnssColumn::velocityNorth, GnssColumn::velocityEast, GnssColumn::velocityDown}) {
+            for (const auto column : {GnssColumn::velocityNorth, GnssColumn::velocityEast, GnssColumn::velocityDown}) {
                 EXPECT_NEAR(ecef.column(column)[row], geodetic.column(column)[row], 3e-5) << columnName(column);
             }
         }
@@ -319,7 +320,7 @@ TEST(GnssSolutionTableFiles, EnuBaselinesAreGeodeticThroughTheReferencePosition)
 
 TEST(GnssSolutionTableFiles, AgreesWithTheLineParserOnEveryLineItAccepts)
 {
-    // The Parts' reader takes these files; it negates the height and stores the covariance
+    // The library's line parser takes these files; it negates the height and stores the covariance
     // roots raw, the table keeps the height and gives both roots and covariances.
     for (const char* name : {"rtk_kinematic_dyn_vel_gpsgal_spirent.pos", "rtk_kinematic_dyn_vel_multignss.pos",
                              "spp_vel_crescent.pos", "spp_vel_gsi0759.pos", "rtk_kinematic_vel.pos"}) {

@@ -12,7 +12,8 @@ namespace Kelvo::Testing {
 /// The column-name line of a GPST file in week/seconds with lat/lon in degrees and velocities.
 inline const std::string gnssColumnLine =
     "%  GPST          latitude(deg) longitude(deg)  height(m)   Q  ns   sdn(m)   sde(m)   sdu(m)  sdne(m)  sdeu(m)"
-    "  sdun(m) age(s)  ratio    vn(m/s)    ve(m/s)    vu(m/s)      sdvn     sdve     sdvu    sdvne    sdveu    sdvun\r\n";
+    "  sdun(m) age(s)  ratio    vn(m/s)    ve(m/s)    vu(m/s)      sdvn     sdve     sdvu    sdvne    sdveu"
+    "    sdvun\r\n";
 
 /// A header as RTKLIB writes it: LF after the program line, CRLF after the column names.
 inline const std::string gnssHeader = "% program   : RTKLIB ver.2.4.3\n%\n" + gnssColumnLine;

@@ -68,8 +68,10 @@ TEST(RtklibPosReader, MalformedFilesAreRefusedNamingTheLineAndTheField)
          "line 5: field 2 (GPST) '10:61:00.000' is not a time of day hh:mm:ss"},
         {calendarHeader + calendarLine("2023/01/08 10:00:00.000") + syntheticLine(36001.0),
          "line 5: field 1 (GPST) '2244' is not a date yyyy/mm/dd"},
-        {"%  GPST  foo(m) bar(m) baz(m) Q ns\n" + first, "line 1: unknown position column 'foo(m)' in the column-name line"},
-        {"% ref pos   : 35.1 north\n" + gnssHeader + first, "line 1: the ref pos line '35.1 north' does not hold three numbers"},
+        {"%  GPST  foo(m) bar(m) baz(m) Q ns\n" + first,
+         "line 1: unknown position column 'foo(m)' in the column-name line"},
+        {"% ref pos   : 35.1 north\n" + gnssHeader + first,
+         "line 1: the ref pos line '35.1 north' does not hold three numbers"},
         {first, "line 1: data line before the column-name header line: its time system and position form are unknown"},
         {gnssHeader, "no solution: the file holds no data line"},
         {"", "no solution: the file holds no data line"},
@@ -144,8 +146,8 @@ TEST(RtklibPosReader, NumbersAreReadToTheBitsFromCharsGives)
 
 TEST(RtklibPosReader, DegreeMinuteSecondAnglesTakeTheSignOfTheirDegrees)
 {
-    const std::string header = "%  GPST                    latitude(d'\")   longitude(d'\")  height(m)   Q  ns   sdn(m)   "
-                               "sde(m)   sdu(m)  sdne(m)  sdeu(m)  sdue(m) age(s)  ratio\n";
+    const std::string header = "%  GPST                    latitude(d'\")   longitude(d'\")  height(m)   Q  ns   "
+                               "sdn(m)   sde(m)   sdu(m)  sdne(m)  sdeu(m)  sdue(m) age(s)  ratio\n";
     const std::string rest = "   10.0   5   8   2.5813   2.2781   7.1259   0.7786  -2.0020  -2.6572   0.00    0.0\n";
     TemporaryDirectory folder;
     const auto table = GnssSolutionTable::load(

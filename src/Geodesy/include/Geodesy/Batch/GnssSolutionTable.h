@@ -27,10 +27,11 @@ namespace Kelvo::Geodesy::Batch {
 /// ratio, velocities (`GnssColumn` lists them with their units).
 ///
 /// Time: rows are ordered by GPS time, held as seconds since the GPS epoch 1980-01-06T00:00:00
-/// (`gpsTime()`), a double that resolves 2^-22 s (0.24 us) for dates from 2014 to 2048. UTC and JST files are converted with the leap-second count of each line's
-/// own date (`GnssTimeSystem`). Query times on `TimeScale::utc` are converted, like everywhere
-/// else in the library, with the fixed 18 s: a UTC query of a date before 2017 therefore
-/// lands up to 18 s away from the UTC time the file itself wrote.
+/// (`gpsTime()`), a double that resolves 2^-22 s (0.24 us) for dates from 2014 to 2048. UTC
+/// and JST files are converted with the leap-second count of each line's own date
+/// (`GnssTimeSystem`). Query times on `TimeScale::utc` are converted, like everywhere else in
+/// the library, with the fixed 18 s: a UTC query of a date before 2017 therefore lands up to
+/// 18 s away from the UTC time the file itself wrote.
 ///
 /// Positions: every table gives geodetic latitude, longitude [rad] and the file's height [m],
 /// positive up, as written; ECEF files through `CoordinateSystem::ecef2llh`, ENU baselines as
@@ -100,7 +101,7 @@ public:
     /// The longest step `at` interpolates across [s] (see `GnssLoadOptions::maxGap`).
     double maxGap() const { return gapLimit; }
 
-    /// The solutions at `times`, read on `spec`'s scale, written into `out` (see
+    /// The solutions at `times`, read on `timeScale`, written into `out` (see
     /// `GnssColumns`). A time exactly on a solution gets that solution. A time between two
     /// solutions at most `maxGap()` apart gets every real column interpolated linearly in time
     /// (latitude and longitude too), the worse Q and the smaller ns of the two. Any other time
@@ -114,7 +115,7 @@ public:
     /// Throws `ArgumentError` naming the argument for a time that is NaN or infinite, a
     /// `gpsWeek` scale without a week, or an output column whose length differs from the
     /// number of times; nothing is written then.
-    void at(std::span<const double> times, const TimeSpec& spec, const GnssColumns& out,
+    void at(std::span<const double> times, const TimeSpec& timeScale, const GnssColumns& out,
             ThreadCount threads = ThreadCount{1}) const;
 
 private:

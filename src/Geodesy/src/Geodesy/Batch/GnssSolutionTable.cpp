@@ -110,20 +110,20 @@ std::size_t rowAtOrBefore(std::span<const double> times, double time, std::size_
 }
 
 /// What a `TimeSpec` adds to its times to make GPS seconds since the GPS epoch.
-double gpsOffset(const TimeSpec& spec)
+double gpsOffset(const TimeSpec& timeScale)
 {
-    switch (spec.scale) {
+    switch (timeScale.scale) {
     case TimeScale::utc:
         return GPS_LEAP_SECONDS() - GPS_EPOCH_IN_UNIX_SECONDS;
     case TimeScale::gpsWeek:
-        if (!spec.week) {
-            throw ArgumentError("spec.week is missing: TimeScale::gpsWeek needs the GPS week of the times");
+        if (!timeScale.week) {
+            throw ArgumentError("timeScale.week is missing: TimeScale::gpsWeek needs the GPS week of the times");
         }
-        return static_cast<double>(*spec.week) * SECONDS_IN_WEEK();
+        return static_cast<double>(*timeScale.week) * SECONDS_IN_WEEK();
     case TimeScale::gpsAdjusted:
         return GPS_ADJUSTED_TIME_OFFSET;
     }
-    throw ArgumentError("spec.scale is not a TimeScale value");
+    throw ArgumentError("timeScale.scale is not a TimeScale value");
 }
 
 } // namespace
@@ -224,10 +224,10 @@ GNSS::CovarianceElements GnssSolutionTable::velocityCovariance(std::size_t row) 
     return covarianceFromSignedRoots(value(0), value(1), value(2), value(3), value(4), value(5));
 }
 
-void GnssSolutionTable::at(std::span<const double> queryTimes, const TimeSpec& spec, const GnssColumns& out,
+void GnssSolutionTable::at(std::span<const double> queryTimes, const TimeSpec& timeScale, const GnssColumns& out,
                            ThreadCount threads) const
 {
-    const double offset = gpsOffset(spec);
+    const double offset = gpsOffset(timeScale);
     const std::size_t count = queryTimes.size();
     const auto checkLength = [count](std::size_t length, std::string_view name) {
         if (length != 0 && length != count) {
@@ -243,7 +243,8 @@ void GnssSolutionTable::at(std::span<const double> queryTimes, const TimeSpec& s
     checkLength(out.valid.size(), "valid");
     for (std::size_t i = 0; i < count; ++i) {
         if (!std::isfinite(queryTimes[i])) {
-            throw ArgumentError("times[" + std::to_string(i) + "] is " + (std::isnan(queryTimes[i]) ? "NaN" : "infinite"));
+            const char* what = std::isnan(queryTimes[i]) ? "NaN" : "infinite";
+            throw ArgumentError("times[" + std::to_string(i) + "] is " + what);
         }
     }
     threads.forEachRange(count, [&](std::size_t begin, std::size_t end) {

@@ -293,7 +293,9 @@ private:
         GnssFileDescription& file = description();
         file.columnNames = splitWords(content);
         const std::string& time = file.columnNames.front();
-        file.timeSystem = time == "GPST" ? GnssTimeSystem::gpst : time == "UTC" ? GnssTimeSystem::utc : GnssTimeSystem::jst;
+        file.timeSystem = time == "GPST"  ? GnssTimeSystem::gpst
+                        : time == "UTC" ? GnssTimeSystem::utc
+                                        : GnssTimeSystem::jst;
         const std::string position = file.columnNames.size() > 1 ? file.columnNames[1] : std::string();
         if (position == "latitude(deg)") {
             file.positionForm = GnssPositionForm::geodeticDegrees;
@@ -363,7 +365,8 @@ private:
         GnssFileDescription& file = description();
         const std::string_view trimmed = trim(dataText);
         const std::string_view firstField = trimmed.substr(0, std::min(trimmed.find_first_of(" \t"), trimmed.size()));
-        file.timeForm = firstField.find('/') != std::string_view::npos ? GnssTimeForm::calendar : GnssTimeForm::weekSeconds;
+        const bool calendar = firstField.find('/') != std::string_view::npos;
+        file.timeForm = calendar ? GnssTimeForm::calendar : GnssTimeForm::weekSeconds;
 
         const bool geodetic = file.positionForm != GnssPositionForm::enuBaseline || file.referencePosition;
         if (file.positionForm == GnssPositionForm::enuBaseline && file.referencePosition) {
@@ -540,11 +543,11 @@ private:
             const double first = number();
             const double second = number();
             const Maths::PositionVector3 position(first, second, number());
-            const GnssColumn firstColumn = file.positionForm == GnssPositionForm::ecef ? GnssColumn::ecefX : GnssColumn::east;
-            for (std::size_t i = 0; i < 3; ++i) {
-                result.columns[columnIndex(firstColumn) + i].push_back(i == 0 ? position.x : i == 1 ? position.y : position.z);
-            }
-            if (file.positionForm == GnssPositionForm::ecef) {
+            const bool ecef = file.positionForm == GnssPositionForm::ecef;
+            column(ecef ? GnssColumn::ecefX : GnssColumn::east).push_back(position.x);
+            column(ecef ? GnssColumn::ecefY : GnssColumn::north).push_back(position.y);
+            column(ecef ? GnssColumn::ecefZ : GnssColumn::up).push_back(position.z);
+            if (ecef) {
                 geodetic = CoordinateSystem::ecef2llh(ECEF(position.x, position.y, position.z));
             } else if (referenceEcef) {
                 // e, n, u as north, east, down in the reference position's frame.
@@ -570,7 +573,8 @@ private:
             // sde sdn sdu sden sdnu sdue into the order sdn sde sdu sdne sdeu sdun.
             deviations = {deviations[1], deviations[0], deviations[2], deviations[3], deviations[5], deviations[4]};
         }
-        const GnssColumn firstDeviation = file.positionForm == GnssPositionForm::ecef ? GnssColumn::sdx : GnssColumn::sdn;
+        const GnssColumn firstDeviation =
+            file.positionForm == GnssPositionForm::ecef ? GnssColumn::sdx : GnssColumn::sdn;
         for (std::size_t i = 0; i < deviations.size(); ++i) {
             result.columns[columnIndex(firstDeviation) + i].push_back(deviations[i]);
         }
