@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <bit>
 #include <charconv>
 #include <cmath>
@@ -159,6 +160,42 @@ TEST(RtklibPosReader, DegreeMinuteSecondAnglesTakeTheSignOfTheirDegrees)
     EXPECT_DOUBLE_EQ(table.latitude()[1], 0.5 * degree);
     EXPECT_DOUBLE_EQ(table.longitude()[1], 120.26 * degree);
     EXPECT_EQ(table.files().front().columnNames[1], "latitude(d'\")");
+}
+
+TEST(RtklibPosReader, ReferencePositionsInDegreesOrEcefAndBaselinesWithoutOne)
+{
+    // The base of the GSI runs, whose ECEF coordinates rtk_kinematic_vel.pos writes as
+    // "ref pos : 35.132057068  139.624306577    73.9077".
+    const std::string header = "%  GPST                  e-baseline(m)  n-baseline(m)  u-baseline(m)   Q  ns   sde(m)"
+                               "   sdn(m)   sdu(m)  sden(m)  sdnu(m)  sdue(m) age(s)  ratio\n";
+    const std::string line = "2015/12/14 17:24:57.000   -0.6970   0.1185   -2.5211   2  14   1.3662   1.5742   3.4640"
+                             "  -0.5676  -0.4186  -0.8436  -1.00    0.0\n";
+    TemporaryDirectory folder;
+    const auto based = GnssSolutionTable::load(
+        folder.write("based.pos", "% ref pos   : -3978241.9580  3382840.2340  3649900.8530\n" + header + line));
+    const auto& base = based.files().front().referencePosition;
+    ASSERT_TRUE(base);
+    const double degree = std::numbers::pi / 180.0;
+    EXPECT_NEAR(base->latitude, 35.132057068 * degree, 1e-9 * degree);
+    EXPECT_NEAR(base->longitude, 139.624306577 * degree, 1e-9 * degree);
+    EXPECT_NEAR(base->height, 73.9077, 1e-4);
+    EXPECT_TRUE(based.has(GnssColumn::latitude));
+
+    // Without a reference the baseline has no geodetic position: valid, but NaN there.
+    const auto loose = GnssSolutionTable::load(folder.write("loose.pos", header + line));
+    EXPECT_FALSE(loose.files().front().referencePosition);
+    EXPECT_FALSE(loose.has(GnssColumn::latitude));
+    EXPECT_EQ(loose.column(GnssColumn::up)[0], -2.5211);
+    std::array<double, 1> latitude{};
+    std::array<double, 1> up{};
+    std::array<std::uint8_t, 1> valid{};
+    GnssColumns out;
+    out[GnssColumn::latitude] = latitude;
+    out[GnssColumn::up] = up;
+    out.valid = valid;
+    loose.at(std::vector{loose.gpsTime()[0] - 1e9}, {TimeScale::gpsAdjusted, {}}, out);
+    EXPECT_EQ(valid[0], 1);
+    EXPECT_TRUE(std::isnan(latitude[0]));
 }
 
 TEST(RtklibPosReader, LongFilesAndLongLinesAreReadAcrossItsReadBlocks)

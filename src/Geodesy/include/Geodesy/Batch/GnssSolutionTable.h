@@ -38,8 +38,8 @@ namespace Kelvo::Geodesy::Batch {
 /// the reference position plus the baseline rotated to ECEF (without a `ref pos` header line
 /// they have no geodetic columns). The file's own ECEF or ENU columns are kept beside them.
 ///
-/// The table is immutable once loaded: every member is const, so one table can be shared by
-/// any number of threads without locking.
+/// The table is immutable once loaded (it has only const member functions), so one table can
+/// be shared by any number of threads without locking.
 ///
 /// Failures of `load`: a file that cannot be opened throws std::system_error naming the path;
 /// a malformed line (wrong field count, a field that is not a number, time going back, data

@@ -8,10 +8,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace Kelvo::Geodesy::Batch {
 namespace {
@@ -80,7 +82,7 @@ void checkSameForms(const GnssFileDescription& file, const GnssFileDescription& 
     }
 }
 
-/// "week 2244 36000.000 s" for error messages.
+/// "GPS week 2244 36000.000000 s", for error messages.
 std::string weekText(double gpsSeconds)
 {
     const double week = std::floor(gpsSeconds / SECONDS_IN_WEEK());
