@@ -5,6 +5,7 @@
 #include "Geodesy/Batch/FileFormatError.h"
 #include "Geodesy/Batch/GnssSolutionTable.h"
 #include "Geodesy/GNSS/RtkLibPosLine.h"
+#include "GnssTestFiles.h"
 #include "support/TemporaryDirectory.h"
 
 #include <GeographicLib/LocalCartesian.hpp>
@@ -218,13 +219,7 @@ TEST(GnssSolutionTableFiles, MalformedReferenceFilesAreRefusedNamingTheLine)
                          "form are unknown"},
     };
     for (const auto& [path, message] : cases) {
-        try {
-            GnssSolutionTable::load(path);
-            ADD_FAILURE() << path << " loaded";
-        } catch (const FileFormatError& error) {
-            EXPECT_EQ(error.what(), message);
-            EXPECT_EQ(error.getPath(), path);
-        }
+        EXPECT_EQ(errorText<FileFormatError>([&] { GnssSolutionTable::load(path); }), message);
     }
 }
 

@@ -2,6 +2,8 @@
 // Helpers of the GNSS table tests: RTKLIB position-file text of known values.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <array>
 #include <charconv>
 #include <cstddef>
@@ -48,6 +50,19 @@ inline std::string syntheticLine(double seconds, int quality = 1, int satellites
         line += " " + fixedText(syntheticField(field, seconds));
     }
     return line + "\r\n";
+}
+
+/// What the `Error` thrown by `call` says; a test failure, and "", when it throws none.
+template <typename Error, typename Call>
+std::string errorText(Call&& call)
+{
+    try {
+        call();
+    } catch (const Error& error) {
+        return error.what();
+    }
+    ADD_FAILURE() << "no error";
+    return {};
 }
 
 } // namespace Kelvo::Testing
