@@ -346,13 +346,14 @@ private:
 
     /// The field just read is not what its column holds. A line of the wrong length says so
     /// first: its fields are not where their names are.
-    [[noreturn]] void failField(const std::string& expected) const
+    [[noreturn]] void failField(std::string_view expected) const
     {
         std::array<std::string_view, MAX_FIELDS> fields;
         if (splitFields(dataText, fields) != fieldColumn.size()) {
             failFieldCount();
         }
-        fail(fieldLabel(fieldIndex - 1) + " '" + std::string(fields[fieldIndex - 1]) + "' is not " + expected);
+        fail(fieldLabel(fieldIndex - 1) + " '" + std::string(fields[fieldIndex - 1]) + "' is not "
+             + std::string(expected));
     }
 
     // ---- Data --------------------------------------------------------------------------
@@ -441,7 +442,7 @@ private:
         return value;
     }
 
-    std::uint64_t count(std::uint64_t maximum, const std::string& expected)
+    std::uint64_t count(std::uint64_t maximum, std::string_view expected)
     {
         std::uint64_t value = 0;
         if (!parseUnsigned(text(), value) || value > maximum) {
