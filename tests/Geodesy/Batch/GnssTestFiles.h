@@ -40,14 +40,20 @@ inline double syntheticField(std::size_t field, double seconds)
 /// A data line of week 2244 at `seconds` with the synthetic fields, Q and ns, ending in CRLF.
 inline std::string syntheticLine(double seconds, int quality = 1, int satellites = 9)
 {
-    std::string line = "2244 " + fixedText(seconds, 3);
+    std::string line = "2244";
+    const auto append = [&line](const std::string& field) {
+        line += ' ';
+        line += field;
+    };
+    append(fixedText(seconds, 3));
     for (std::size_t field = 2; field <= 23; ++field) {
         if (field == 5) {
-            line += " " + std::to_string(quality) + " " + std::to_string(satellites);
+            append(std::to_string(quality));
+            append(std::to_string(satellites));
             field = 6;
             continue;
         }
-        line += " " + fixedText(syntheticField(field, seconds));
+        append(fixedText(syntheticField(field, seconds)));
     }
     return line + "\r\n";
 }
