@@ -48,7 +48,8 @@ std::size_t ReadBuffer::readThroughStream(std::istream& stream, char* destinatio
                 break;
             }
             if (!storage) {
-                storage = std::make_unique<char[]>(capacity);
+                // Not zeroed: a byte is only ever handed out after a read has filled it.
+                storage = std::make_unique_for_overwrite<char[]>(capacity);
             }
             const auto received = fromStreamBuffer(source, storage.get(), capacity);
             next = storage.get();
