@@ -81,6 +81,30 @@ std::uint64_t readUntilEnd(Reader& reader, std::uint64_t maxCalls, Keep&& keep)
     }
 }
 
+/// What the reader targets do with a reader opened on a file of `count` whole records: read
+/// `readBeforeRewind` of them, rewind, read to the end (every record kept), call getNext()
+/// once more (which must throw `endOfFileMessage`), then rewind after the end and read again
+/// as a caller does, which must end too. `keep(record, index)` checks every record kept.
+template <typename Reader, typename Keep>
+void readRewindAndReadAgain(Reader& reader, std::uint64_t count, std::uint64_t readBeforeRewind,
+                            std::uint64_t maxCalls, std::string_view endOfFileMessage, Keep&& keep)
+{
+    for (std::uint64_t i = 0; i < readBeforeRewind % (count + 1) && i < count; ++i) {
+        keep(reader.getNext(), i);
+        expect(!reader.endOfFile(), "endOfFile() is set before the last whole record was read");
+    }
+    reader.returnToBegin();
+    expect(readUntilEnd(reader, maxCalls, keep) == count, "a rewound reader does not read every whole record");
+    const bool threw = !completes([&] { reader.getNext(); },
+                                  [&](const std::exception& error) { return error.what() == endOfFileMessage; });
+    expect(threw, "getNext() after the end does not throw");
+
+    // Rewinding after the end does not clear the stream's failure: reading again must end,
+    // and whatever it keeps must still be the file's records.
+    reader.returnToBegin();
+    readUntilEnd(reader, maxCalls, keep);
+}
+
 /// The value of type T stored at `bytes` in little-endian (`bigEndian` false) or big-endian
 /// byte order, decoded independently of the library's own byte-order code.
 template <typename T>

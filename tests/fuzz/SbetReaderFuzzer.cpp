@@ -67,22 +67,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
            "the interval is not the times of the first and last records");
     reader->getTimeInterval(Geodesy::TimeReference::day);
 
-    const std::uint64_t maxCalls = bytes.size() + 2;
-    const auto keep = [&](const Record& record, std::uint64_t index) { expectFileRecord(record, bytes, index); };
-    for (std::uint64_t i = 0; i < readBeforeRewind % (count + 1) && i < count; ++i) {
-        keep(reader->getNext(), i);
-        expect(!reader->endOfFile(), "endOfFile() is set before the last record was read");
-    }
-    reader->returnToBegin();
-    expect(readUntilEnd(*reader, maxCalls, keep) == count, "a rewound reader does not read every record again");
-    const bool threw = !completes([&] { reader->getNext(); }, [](const std::exception& error) {
-        return std::string_view(error.what()) == "SBET file has unexpectedly reached EOF.";
-    });
-    expect(threw, "getNext() after the end does not throw");
-
-    // Rewinding after the end does not clear the stream's failure: reading again must end,
-    // and whatever it keeps must still be the file's records.
-    reader->returnToBegin();
-    readUntilEnd(*reader, maxCalls, keep);
+    readRewindAndReadAgain(*reader, count, readBeforeRewind, bytes.size() + 2, "SBET file has unexpectedly reached EOF.",
+                           [&](const Record& record, std::uint64_t index) { expectFileRecord(record, bytes, index); });
     return 0;
 }
