@@ -33,8 +33,9 @@ while IFS=$'\t' read -r name program seeds dict; do
         continue
     fi
     found_any_target=1
-    work=build/fuzz/corpus/${name}
-    findings=build/fuzz/findings/${name}
+    # Absolute: a target may change its working folder (tool_arguments does).
+    work=${PWD}/build/fuzz/corpus/${name}
+    findings=${PWD}/build/fuzz/findings/${name}
     mkdir -p "${work}" "${findings}"
     log=${findings}/fuzz.log
     before=$(find "${findings}" -name 'crash-*' -o -name 'timeout-*' -o -name 'oom-*' -o -name 'leak-*' | wc -l)
