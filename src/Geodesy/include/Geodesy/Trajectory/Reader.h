@@ -35,11 +35,11 @@ class ReadBuffer;
 /// for a record after the end of the file. Preconditions are CoreAssert reports.
 ///
 /// End of file: `endOfFile()` is checked before each read, so the `getNext()` whose read
-/// hits the end returns a record holding no file data and never VALID (callers test
-/// `endOfFile()` after every `getNext()` and drop that record), and the call after it
-/// throws. A read that can deliver nothing because the stream has failed (see
-/// `returnToBegin()`) counts as one that hits the end, so reading until `endOfFile()` always
-/// ends.
+/// hits the end returns a record that must not be used (callers test `endOfFile()` after
+/// every `getNext()` and drop that record), and the call after it throws. A read that got no
+/// byte returns an INVALID record of signalling NaNs. A read that can deliver nothing
+/// because the stream has failed (see `returnToBegin()`) counts as one that hits the end, so
+/// reading until `endOfFile()` always ends.
 class KELVO_GEODESY_EXPORT Reader {
 public:
     /// The minimum IMU alignment state from which raw records count as usable, coarse to
