@@ -42,12 +42,14 @@ const std::filesystem::path& scratchFolder()
     static const std::filesystem::path folder = [] {
         auto path = std::filesystem::temp_directory_path() / ("kelvo-fuzz-" + std::to_string(::getpid()));
         std::filesystem::create_directories(path);
-        std::atexit([] {
-            std::error_code ignored;
-            std::filesystem::remove_all(scratchFolder(), ignored);
-        });
         return path;
     }();
+    // Registered once the folder exists, so that it runs before the path is destroyed.
+    static const bool removedAtExit = std::atexit([] {
+        std::error_code ignored;
+        std::filesystem::remove_all(scratchFolder(), ignored);
+    }) == 0;
+    (void)removedAtExit;
     return folder;
 }
 
