@@ -4,6 +4,7 @@
 #include "Numbers.h"
 #include "OutputFile.h"
 #include "Progress.h"
+#include "RequestedTimes.h"
 #include "Table.h"
 #include "TimeQueries.h"
 #include "TimeText.h"
@@ -70,7 +71,7 @@ std::optional<std::string> badTime(double time, bool day)
 }
 
 /// The times to answer, from whichever of --time, --times and --every was given.
-std::vector<double> requestedTimes(const AtOptions& options, const Maths::Interval<double>& span)
+RequestedTimes requestedTimes(const AtOptions& options, const Maths::Interval<double>& span)
 {
     if (options.timesFile) {
         auto times = readTimesFile(*options.timesFile);
@@ -79,10 +80,10 @@ std::vector<double> requestedTimes(const AtOptions& options, const Maths::Interv
                 throw InputError(*options.timesFile, shortest(time) + " " + *problem);
             }
         }
-        return times;
+        return RequestedTimes(std::move(times));
     }
     if (!options.every) {
-        return options.times;
+        return RequestedTimes(options.times);
     }
     const auto [first, last] = span.data;
     if (options.day) {
@@ -95,9 +96,9 @@ std::vector<double> requestedTimes(const AtOptions& options, const Maths::Interv
                              "instead of --day");
         }
         const double offset = day * Geodesy::SECONDS_IN_DAY();
-        return timeGrid(utcFirst - offset, utcLast - offset, *options.every);
+        return RequestedTimes::grid(utcFirst - offset, utcLast - offset, *options.every);
     }
-    return timeGrid(gpsToUnix(*options.week, first), gpsToUnix(*options.week, last), *options.every);
+    return RequestedTimes::grid(gpsToUnix(*options.week, first), gpsToUnix(*options.week, last), *options.every);
 }
 
 void checkUsage(const AtOptions& options)
@@ -146,7 +147,7 @@ void runAt(const AtOptions& options, Context& context)
         span.data.second = std::max(span.data.second, probe.interval.data.second);
         files.insert(Core::FileInfo(path));
     }
-    const std::vector<double> times = requestedTimes(options, span);
+    const RequestedTimes times = requestedTimes(options, span);
 
     DataOutput output(context.out, options.output);
     MissingTimes missing;
@@ -159,9 +160,10 @@ void runAt(const AtOptions& options, Context& context)
                           options.json ? TableWriter::Style::json : TableWriter::Style::csv);
         Progress progress(context, "at", times.size());
         Maths::IntervalCounter counter;
-        std::uint64_t done = 0;
-        for (const double time : times) {
-            progress.update(++done);
+        // Each answer is written as soon as it is known.
+        for (std::uint64_t index = 0; index < times.size(); ++index) {
+            progress.update(index + 1);
+            const double time = times[index];
             const Maths::IntervalCounter before = counter;
             auto value = options.day ? provider->getPositionAttitudeOfDay(time, counter)
                                      : provider->getPositionAttitude(time, counter);

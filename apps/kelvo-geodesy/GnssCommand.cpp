@@ -5,6 +5,7 @@
 #include "OutputFile.h"
 #include "PosFile.h"
 #include "Progress.h"
+#include "RequestedTimes.h"
 #include "Table.h"
 #include "TimeQueries.h"
 
@@ -88,13 +89,15 @@ void runGnss(const GnssOptions& options, Context& context)
         const auto used = rtklib->getTimeInterval();
         // The library answers up to the line before the last without reaching the end of the
         // file; --every stays within that.
-        const std::vector<double> times =
-            options.every ? timeGrid(used.data.first, std::min(used.data.second, summary.secondToLast), *options.every)
-                          : options.secondsOfWeek;
+        const double last = std::min(used.data.second, summary.secondToLast);
+        const RequestedTimes times = options.every ? RequestedTimes::grid(used.data.first, last, *options.every)
+                                                   : RequestedTimes(options.secondsOfWeek);
 
         TableWriter table(output.stream(), columns(), options.json ? TableWriter::Style::json : TableWriter::Style::csv);
         Progress progress(context, "gnss", times.size());
-        for (const double time : times) {
+        // Each answer is written as soon as it is known.
+        for (std::uint64_t index = 0; index < times.size(); ++index) {
+            const double time = times[index];
             ++requested;
             progress.update(requested);
             if (auto data = provider->getGnssData(time)) {
@@ -109,6 +112,8 @@ void runGnss(const GnssOptions& options, Context& context)
         }
         table.finish();
     } catch (const InputError&) {
+        throw;
+    } catch (const UsageError&) {
         throw;
     } catch (const std::exception& exception) {
         throw InputError(options.file, exception.what());

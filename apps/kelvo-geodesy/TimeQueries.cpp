@@ -11,8 +11,6 @@
 namespace Kelvo::Tool {
 namespace {
 
-constexpr double MAX_GRID_SIZE = 1.0e8;
-
 std::string trimmed(const std::string& text)
 {
     const auto begin = text.find_first_not_of(" \t\r");
@@ -23,26 +21,6 @@ std::string trimmed(const std::string& text)
 }
 
 } // namespace
-
-std::vector<double> timeGrid(double first, double last, double step)
-{
-    if (!(step > 0.0) || !std::isfinite(step)) {
-        throw UsageError("--every needs a positive number of seconds, not " + shortest(step));
-    }
-    const double firstIndex = std::ceil(first / step);
-    const double lastIndex = std::floor(last / step);
-    if (lastIndex - firstIndex + 1 > MAX_GRID_SIZE) {
-        throw UsageError("--every " + shortest(step) + " gives more than " + shortest(MAX_GRID_SIZE) + " times");
-    }
-    std::vector<double> times;
-    for (double index = firstIndex; index <= lastIndex; ++index) {
-        const double time = std::round(index * step * 1.0e6) / 1.0e6;
-        if (time >= first && time <= last) {
-            times.push_back(time);
-        }
-    }
-    return times;
-}
 
 std::vector<double> readTimesFile(const std::filesystem::path& path)
 {

@@ -9,15 +9,8 @@
 #include <string>
 #include <vector>
 
-// The lists of times that `at` and `gnss` answer, and the count of those left without a
-// value.
+// The times files that `at` reads, and the count of the times left without a value.
 namespace Kelvo::Tool {
-
-/// The multiples of `step` from `first` to `last`, both included when they fall on the grid,
-/// rounded to the microsecond so that they print as the short decimals a person expects.
-/// Throws UsageError for a step that is not positive or that would give more than 100
-/// million times.
-std::vector<double> timeGrid(double first, double last, double step);
 
 /// The times of a text file: one number per line; blank lines and lines starting with '#'
 /// are skipped. Throws InputError naming the file and line of anything else.

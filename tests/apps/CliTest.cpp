@@ -82,6 +82,11 @@ TEST(CliTest, EveryFailureIsOneErrorLineWithItsExitCode)
         {{"gnss", "x.pos", "--sow", "604800"}, 2, "not a GPS second of the week"},
         {{"gnss", "x.pos", "--sow", "1.5.2"}, 2, "not a number: '1.5.2'"},
         {{"at", sbet, "--time", "1", "--every", "2"}, 2, "excludes"},
+        // Grids that once ran forever (an index past 2^53) or filled memory: refused at once.
+        {{"at", sbet, "--every", "1e-7", "--week", "2320"}, 2, "--every 1e-07 is finer than the microsecond"},
+        {{"at", sbet, "--every", "1e-6", "--week", "2320"}, 2, "gives 60000001 times, more than the limit of 10000000"},
+        {{"gnss", ref("rtklib/spp_vel_crescent.pos"), "--every", "1e-9"}, 2, "finer than the microsecond"},
+        {{"gnss", ref("rtklib/spp_vel_crescent.pos"), "--every", "1e-5"}, 2, "more than the limit of 10000000"},
         {{"simulate", "out", "--rate", "0"}, 2, "--rate must lie between 0 and 1000 Hz"},
         {{"simulate", "out", "--start", "2024-13-01"}, 2, "--start: not a UTC date-time"},
         {{"simulate", "out", "--start", "2024-06-29T23:59:00Z", "--duration", "600"}, 2, "past the end of GPS week 2320"},

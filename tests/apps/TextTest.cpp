@@ -3,8 +3,8 @@
 // the locale.
 #include "Context.h"
 #include "Numbers.h"
+#include "RequestedTimes.h"
 #include "Table.h"
-#include "TimeQueries.h"
 #include "TimeText.h"
 
 #include <gtest/gtest.h>
@@ -144,15 +144,63 @@ TEST(TimeTextTest, GpsWeekTimeAndUnixTimeAgree)
     EXPECT_EQ(unixToGps(gpsToUnix(2320, 604799.0) + 5.0).week, 2321);
 }
 
+std::vector<double> all(const RequestedTimes& times)
+{
+    std::vector<double> values;
+    for (std::uint64_t i = 0; i < times.size(); ++i) {
+        values.push_back(times[i]);
+    }
+    return values;
+}
+
 TEST(TimeGridTest, MultiplesOfTheStepWithinTheSpan)
 {
-    EXPECT_EQ(timeGrid(0.05, 1.0, 0.25), (std::vector<double>{0.25, 0.5, 0.75, 1.0}));
-    const auto tenths = timeGrid(116418.0, 116419.0, 0.1);
+    EXPECT_EQ(all(RequestedTimes::grid(0.05, 1.0, 0.25)), (std::vector<double>{0.25, 0.5, 0.75, 1.0}));
+    const auto tenths = RequestedTimes::grid(116418.0, 116419.0, 0.1);
     ASSERT_EQ(tenths.size(), 11u);
     EXPECT_EQ(shortest(tenths[3]), "116418.3");
-    EXPECT_TRUE(timeGrid(10.1, 10.9, 1.0).empty());
-    EXPECT_THROW(timeGrid(0.0, 1.0, 0.0), UsageError);
-    EXPECT_THROW(timeGrid(0.0, 1.0e9, 1.0e-3), UsageError);
+    EXPECT_EQ(RequestedTimes::grid(10.1, 10.9, 1.0).size(), 0u);
+    EXPECT_EQ(RequestedTimes::grid(2.0, 1.0, 1.0).size(), 0u);
+    EXPECT_EQ(all(RequestedTimes::grid(-1.5, 0.5, 1.0)), (std::vector<double>{-1.0, 0.0}));
+}
+
+TEST(TimeGridTest, CountsMicrosecondsInIntegersUpToItsLimit)
+{
+    // UTC seconds of 2024 at the finest step: where a double index stopped changing (past
+    // 2^53 at a step of 1e-7 s), every time is a microsecond after the one before.
+    const double start = 1719217200.0;
+    const auto micro = RequestedTimes::grid(start, start + 0.005, 1e-6);
+    ASSERT_EQ(micro.size(), 5001u);
+    for (std::uint64_t i = 1; i < micro.size(); ++i) {
+        ASSERT_EQ(std::llround((micro[i] - start) * 1e6), static_cast<long long>(i)) << i;
+    }
+    EXPECT_EQ(micro[5000], start + 0.005);
+
+    const auto limit = static_cast<double>(RequestedTimes::MAX_GRID_TIMES);
+    EXPECT_EQ(RequestedTimes::grid(0.0, limit - 1.0, 1.0).size(), RequestedTimes::MAX_GRID_TIMES);
+    const struct {
+        double first, last, step;
+        const char* message;
+    } refused[] = {
+        {0.0, 1.0, 0.0, "--every needs a positive number of seconds, not 0"},
+        {0.0, 1.0, -1.0, "--every needs a positive number of seconds, not -1"},
+        {0.0, 1.0, std::nan(""), "--every needs a positive number of seconds, not nan"},
+        {0.0, 1.0, std::numeric_limits<double>::infinity(), "--every needs a positive number of seconds, not inf"},
+        {start, start + 1.0, 1e-7, "--every 1e-07 is finer than the microsecond the times are rounded to"},
+        {0.0, limit, 1.0, "--every 1 gives 10000001 times, more than the limit of 10000000"},
+        {0.0, 1.0e9, 1.0e-3, "--every 0.001 gives 1000000000001 times, more than the limit of 10000000"},
+        {1.0e10, 1.0e10 + 1.0, 1.0, "--every cannot count the times from 1e+10 to 10000000001 s in "
+                                    "microseconds: a grid must lie within +-9007199254.740992 s"},
+        {-std::numeric_limits<double>::infinity(), 1.0, 1.0, "--every cannot count the times from -inf to 1 s"},
+    };
+    for (const auto& c : refused) {
+        try {
+            RequestedTimes::grid(c.first, c.last, c.step);
+            ADD_FAILURE() << c.message;
+        } catch (const UsageError& error) {
+            EXPECT_EQ(std::string(error.what()).substr(0, std::string(c.message).size()), c.message);
+        }
+    }
 }
 
 } // namespace

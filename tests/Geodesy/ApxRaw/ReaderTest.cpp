@@ -150,5 +150,22 @@ TEST(ApxRawReader, ATrailingPartialRecordIsCountedOutAndReadOverTheNaNPrefill)
     EXPECT_EQ(cut.wanderAngle, 0.0);
 }
 
+TEST(ApxRawReader, AFileShorterThanOneRecordEndsAtItsFirstRead)
+{
+    const TemporaryDirectory folder;
+    const auto bytes = apxRawBytes({syntheticRawRecord(1000)});
+    for (const std::size_t size : {1, 7, 16, 17, 113, 114}) {
+        SCOPED_TRACE(size);
+        AssertionRecorder assertions;
+        Reader reader(Core::FileInfo(folder.write("short.stream", bytes.substr(0, size))), Alignment::NO_SOLUTION);
+        EXPECT_EQ(reader.getCount(), 0u);
+        // Reading the interval runs into the end and the seeks after it fail: the stream can
+        // deliver nothing, and the first read says so instead of giving INVALID records forever.
+        const auto hit = readPastTheEnd(reader, {}, "Raw APX file has unexpectedly reached EOF.");
+        EXPECT_EQ(hit.status, Status::INVALID);
+        EXPECT_EQ(assertions.messages().at(0), assertText("!ifs.eof()"));
+    }
+}
+
 } // namespace
 } // namespace Kelvo::Geodesy::ApxRaw

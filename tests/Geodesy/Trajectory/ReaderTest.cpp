@@ -94,10 +94,26 @@ TEST(TrajectoryReader, TheReadThatHitsTheEndGivesNoDataAndTheNextCallThrows)
         EXPECT_EQ(reader->getCount(), 2u);
         EXPECT_EQ(reader->getTimeInterval(TimeReference::week), Maths::Interval<double>(10.0, 11.0));
         const auto hit = readPastTheEnd(*reader, {10.0, 11.0}, format.endOfFileMessage);
-        EXPECT_EQ(hit.status, format.statusAtEnd);
-        std::array<std::uint64_t, 17> nan;
-        nan.fill(0x7FF0000000000001u);
-        EXPECT_EQ(bitsOf(valuesOf(hit)), nan);
+        EXPECT_EQ(bitsOf(valuesOf(hit)), bitsOf(valuesOf(Record::invalid())));
+        EXPECT_EQ(hit.status, Record::INVALID);
+    }
+}
+
+TEST(TrajectoryReader, AReaderRewoundAfterItsEndEndsAtTheNextRead)
+{
+    const TemporaryDirectory folder;
+    for (const auto& format : recordFormats) {
+        SCOPED_TRACE(format.name);
+        const auto reader = format.open(Core::FileInfo(folder.write("two", format.bytes(2))));
+        EXPECT_EQ(readUntilEnd(*reader).size(), 2u);
+        // The seek clears the end-of-file flag but not the failure of the read that hit the
+        // end, so the file is not read again: the next read delivers nothing and sets the
+        // flag, instead of handing out records of NaNs (SBET ones VALID) forever.
+        reader->returnToBegin();
+        EXPECT_FALSE(reader->endOfFile());
+        AssertionRecorder assertions; // raw APX: "ifs.good()" on entry of the read
+        const auto hit = readPastTheEnd(*reader, {}, format.endOfFileMessage);
+        EXPECT_EQ(hit.status, Record::INVALID);
     }
 }
 

@@ -18,9 +18,10 @@ namespace Kelvo::Geodesy::ApxRaw {
 /// Grading: a record is NOT_ALIGNED while no record so far has reached the required IMU
 /// alignment state, or when its solution flag is 0; otherwise VALID. Once the required state
 /// has been reached, later records are graded by their flag alone. A read that finds no byte
-/// at all gives an INVALID record of signalling NaNs; a record cut short by the end of the
-/// file is converted from what was read over NaNs (and is dropped by callers, since
-/// `endOfFile()` is then set).
+/// at all gives an INVALID record of signalling NaNs and sets `endOfFile()`, also when a
+/// failed seek left the stream unable to deliver (a rewind after the end, a file shorter than
+/// one record); a record cut short by the end of the file is converted from what was read
+/// over NaNs (and is dropped by callers, since `endOfFile()` is then set).
 ///
 /// A local file's interval is that of its first and last 115 bytes; a trailing partial
 /// record only lowers `getCount()`. Reading after the end throws std::runtime_error ("Raw

@@ -12,7 +12,8 @@ namespace Kelvo::Geodesy::Sbet {
 /// post-processor: no header, 136-byte records of seventeen little-endian doubles (time
 /// [GPS s of week], latitude, longitude [rad], height [m], velocity x, y, z [m/s], roll,
 /// pitch, platform heading, wander angle [rad], body specific forces [m/s^2], body angular
-/// rates [rad/s]). Every record is returned as VALID, the values unconverted.
+/// rates [rad/s]). Every record is returned as VALID, the values unconverted; the read that
+/// hits the end gives an INVALID record of signalling NaNs.
 ///
 /// A local file must be a whole number of records in increasing time order: its interval is
 /// taken from its first and last records. A file whose size is not a multiple of 136 throws

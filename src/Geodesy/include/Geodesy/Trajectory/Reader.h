@@ -35,8 +35,11 @@ class ReadBuffer;
 /// for a record after the end of the file. Preconditions are CoreAssert reports.
 ///
 /// End of file: `endOfFile()` is checked before each read, so the `getNext()` whose read
-/// hits the end returns a record holding no file data (callers test `endOfFile()` after
-/// every `getNext()` and drop that record), and the call after it throws.
+/// hits the end returns a record that must not be used (callers test `endOfFile()` after
+/// every `getNext()` and drop that record), and the call after it throws. A read that got no
+/// byte returns an INVALID record of signalling NaNs. A read that can deliver nothing
+/// because the stream has failed (see `returnToBegin()`) counts as one that hits the end, so
+/// reading until `endOfFile()` always ends.
 class KELVO_GEODESY_EXPORT Reader {
 public:
     /// The minimum IMU alignment state from which raw records count as usable, coarse to
@@ -61,14 +64,16 @@ public:
     virtual Record getNext() = 0;
 
     bool isRemote() const { return fileInfo.isRemote(); }
-    /// Whether a read has run into the end of the stream. A read that stops exactly at the
-    /// end does not set it: the next one does.
+    /// Whether a read has run into the end of the stream (the stream's end-of-file flag). A
+    /// read that stops exactly at the end does not set it: the next one does.
     bool endOfFile() const { return inStream->eof(); }
     /// Bytes of a local file; for a remote source, the bytes delivered so far.
     std::streampos getSize() const { return size; }
     /// Moves a local file back to its first record; does nothing for a remote source, which
     /// cannot be rewound. Stream flags are left as they are: after the end of the file has
-    /// been reached, the stream stays failed.
+    /// been reached the stream stays failed, the seek clears only the end-of-file flag, and
+    /// the next `getNext()` reads nothing and sets it again (open a new reader to read the
+    /// file once more).
     void returnToBegin();
 
     /// First and last record times, as GPS seconds of the week (`week`) or of the day

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Geodesy/SignallingNaN.h"
+
 #include <cstdint>
 
 namespace Kelvo::Geodesy::Trajectory {
@@ -24,6 +26,14 @@ struct Record {
     static constexpr Status INVALID = Status::INVALID;
     static constexpr Status NOT_ALIGNED = Status::NOT_ALIGNED;
     static constexpr Status VALID = Status::VALID;
+
+    /// The record of a read that got nothing from the file: INVALID, every double a
+    /// signalling NaN.
+    static constexpr Record invalid()
+    {
+        constexpr double nan = SIGNALLING_NAN();
+        return {INVALID, nan, nan, nan, nan, nan, nan, nan, nan, nan, nan, nan, nan, nan, nan, nan, nan, nan};
+    }
 
     Status status;
     double time;

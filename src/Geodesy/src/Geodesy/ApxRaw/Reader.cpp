@@ -95,9 +95,9 @@ Trajectory::Record Reader::getNext()
     RawRecord raw;
     const auto count = parse(*inStream, *readBuffer, raw);
     if (count == 0) {
-        const double nan = SIGNALLING_NAN();
-        return {Trajectory::Record::Status::INVALID, nan, nan, nan, nan, nan, nan, nan, nan, nan,
-                nan, nan, nan, nan, nan, nan, nan, nan};
+        // Also the read of a stream that a failed seek left unable to deliver (a rewind after
+        // the end, a file shorter than one record): the read has set the end of the file.
+        return Trajectory::Record::invalid();
     }
     if (isRemote()) {
         size += static_cast<std::streamoff>(count);

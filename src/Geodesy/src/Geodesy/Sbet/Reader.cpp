@@ -66,8 +66,11 @@ Trajectory::Record Reader::getNext()
     }
     Trajectory::Record record;
     record.status = Trajectory::Record::Status::VALID;
-    // At the end of the file or of a live stream, values that never came stay NaN.
-    Trajectory::readLittleEndianDoubles(*inStream, *readBuffer, record, Layout::FIELDS);
+    if (!Trajectory::readLittleEndianDoubles(*inStream, *readBuffer, record, Layout::FIELDS)) {
+        // The read that hits the end (of the file, of a live stream, or of a stream that a
+        // rewind after the end left failed) holds no record: never VALID.
+        record = Trajectory::Record::invalid();
+    }
     if (isRemote()) {
         size += static_cast<std::streamoff>(Layout::RECORD_SIZE);
         updateTimeInterval(record.time);

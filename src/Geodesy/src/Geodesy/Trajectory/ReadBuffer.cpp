@@ -23,9 +23,11 @@ ReadBuffer::ReadBuffer(bool readAhead, std::size_t capacity)
 
 std::size_t ReadBuffer::readThroughStream(std::istream& stream, char* destination, std::size_t count)
 {
-    // What the sentry of std::istream::read does.
     if (!stream.good()) {
-        stream.setstate(std::ios::failbit);
+        // The sentry of std::istream::read sets failbit alone. A stream left failed by a seek
+        // (a rewind after the end of the file) can deliver nothing more, and the readers
+        // tell the end of the file by eofbit alone: it is set too, so that they see the end.
+        stream.setstate(std::ios::eofbit | std::ios::failbit);
         return 0;
     }
     std::size_t copied = 0;
@@ -46,7 +48,8 @@ std::size_t ReadBuffer::readThroughStream(std::istream& stream, char* destinatio
                 break;
             }
             if (!storage) {
-                storage = std::make_unique<char[]>(capacity);
+                // Not zeroed: a byte is only ever handed out after a read has filled it.
+                storage = std::make_unique_for_overwrite<char[]>(capacity);
             }
             const auto received = fromStreamBuffer(source, storage.get(), capacity);
             next = storage.get();

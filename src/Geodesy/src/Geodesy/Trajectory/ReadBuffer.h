@@ -18,12 +18,13 @@ namespace Kelvo::Geodesy::Trajectory {
 /// a record at a time, which costs a fraction of one std::istream::read per record.
 ///
 /// Every read behaves as std::istream::read(destination, count) on the owner's stream would
-/// at the same logical position: a stream that is not good() reads nothing and gains
-/// failbit; a short read sets eofbit and failbit; an exception of the stream buffer sets
-/// badbit and is rethrown when the stream's exception mask holds badbit. Flags change only
-/// when the bytes asked for are consumed, so end of file shows exactly where a record-sized
-/// read would have shown it. The invariant that makes this hold: while bytes are buffered
-/// the stream is good.
+/// at the same logical position, with one exception: a stream that is not good() reads
+/// nothing and gains eofbit as well as failbit (it can deliver nothing more, and the readers
+/// tell the end of the file by eofbit alone). A short read sets eofbit and failbit; an
+/// exception of the stream buffer sets badbit and is rethrown when the stream's exception
+/// mask holds badbit. Flags change only when the bytes asked for are consumed, so end of file
+/// shows exactly where a record-sized read would have shown it. The invariant that makes
+/// this hold: while bytes are buffered the stream is good.
 ///
 /// Without read-ahead every read goes straight to the stream buffer for exactly the bytes
 /// asked for. Remote sources are read that way: a live peer may be slow to send the next
@@ -75,22 +76,23 @@ private:
 
 /// Reads a record of `Count` little-endian doubles into the members `fields` of `record`, as
 /// one read of Count * 8 bytes. Doubles that the stream could not provide (at its end) are
-/// signalling NaNs.
+/// signalling NaNs. Returns whether the whole record was read.
 template <typename Record, std::size_t Count>
-void readLittleEndianDoubles(std::istream& stream, ReadBuffer& buffer, Record& record,
+bool readLittleEndianDoubles(std::istream& stream, ReadBuffer& buffer, Record& record,
                              const std::array<double Record::*, Count>& fields)
 {
     constexpr std::size_t size = Count * sizeof(double);
     if (const char* bytes = buffer.take(size)) {
         ByteOrder::loadLittleEndianDoubles(bytes, record, fields);
-        return;
+        return true;
     }
     std::array<char, size> bytes;
     for (std::size_t offset = 0; offset < size; offset += sizeof(double)) {
         ByteOrder::store(bytes.data() + offset, SIGNALLING_NAN(), std::endian::little);
     }
-    buffer.read(stream, bytes.data(), size);
+    const bool whole = buffer.read(stream, bytes.data(), size) == size;
     ByteOrder::loadLittleEndianDoubles(bytes.data(), record, fields);
+    return whole;
 }
 
 } // namespace Kelvo::Geodesy::Trajectory
