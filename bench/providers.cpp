@@ -8,8 +8,9 @@
 // The file is written with Sbet::Writer at the first run, into "provider-bench-data" beside
 // this program, and kept for later runs.
 #include "Geodesy/PositionAttitudeProviderFactory.h"
-#include "Geodesy/Sbet/Writer.h"
 #include "Geodesy/SbetPositionAttitudeProvider.h"
+
+#include "BenchFiles.h"
 
 #include <benchmark/benchmark.h>
 
@@ -67,20 +68,7 @@ Trajectory::Record recordAt(std::size_t index)
 
 const fs::path& sbetFile()
 {
-    static const fs::path path = [] {
-        const auto file = dataFolder / "sbet-200hz-1m.sbet";
-        std::error_code error;
-        if (fs::file_size(file, error) != RECORDS * 136) {
-            fs::create_directories(dataFolder);
-            std::cerr << "writing " << file << " (" << RECORDS << " records)\n";
-            Sbet::Writer writer(file);
-            for (std::size_t i = 0; i < RECORDS; ++i) {
-                writer.write(recordAt(i));
-            }
-            writer.flush();
-        }
-        return file;
-    }();
+    static const fs::path path = Bench::writtenSbet(dataFolder / "sbet-200hz-1m.sbet", RECORDS, recordAt);
     return path;
 }
 
@@ -176,13 +164,5 @@ BENCHMARK(plainForwardWalk)->Unit(benchmark::kMillisecond);
 int main(int argc, char** argv)
 {
     dataFolder = fs::path(argv[0]).parent_path() / "provider-bench-data";
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
-        return 1;
-    }
-    // Written before the first measurement, never during one.
-    std::cerr << "data: " << sbetFile().string() << '\n';
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return Bench::runBenchmarks(argc, argv, [] { std::cerr << "data: " << sbetFile().string() << '\n'; });
 }

@@ -49,6 +49,18 @@ public:
         return roll == other.roll && pitch == other.pitch && yaw == other.yaw;
     }
 
+    /// One angle of `interpolate`: from `from` (k = 0) towards `to` (k = 1) [rad] along the
+    /// shorter arc, wrapped into [-pi, pi). Public for callers that blend angle columns.
+    static double interpolateAngle(double from, double to, double k)
+    {
+        constexpr double pi = std::numbers::pi;
+        double difference = to - from;
+        if (difference > pi || difference < -pi) {
+            difference = std::remainder(difference, 2.0 * pi);
+        }
+        return wrap(from + difference * k);
+    }
+
 private:
     // Into [-pi, pi); values already there are returned untouched, bit for bit.
     static double wrap(double angle)
@@ -58,16 +70,6 @@ private:
             return angle;
         }
         return angle - 2.0 * pi * std::floor((angle + pi) / (2.0 * pi));
-    }
-
-    static double interpolateAngle(double from, double to, double k)
-    {
-        constexpr double pi = std::numbers::pi;
-        double difference = to - from;
-        if (difference > pi || difference < -pi) {
-            difference = std::remainder(difference, 2.0 * pi);
-        }
-        return wrap(from + difference * k);
     }
 
     Radian roll;
